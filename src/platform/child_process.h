@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QByteArray>
+#include <QMap>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace sorvik {
+
+using Environment = QMap<QString, QString>;
+
+/// The environment of this process.
+[[nodiscard]] Environment processEnvironment();
+
+/// What to start. Never a shell: the arguments reach the child as they stand.
+struct ChildSetup {
+    enum class Output {
+        captured,   ///< standard output and error in one buffer, in the order in which they came
+        discarded,  ///< both to the null device
+    };
+
+    QString executable;  ///< absolute path
+    QStringList arguments;
+    std::optional<Environment> environment;  ///< absent: as this process's
+    QString workingDirectory;                ///< empty: as this process's
+    Output output = Output::captured;
+};
+
+struct ChildResult {
+    bool started = false;
+    QString launchError;       ///< the system's words, when it was not started
+    bool crashed = false;      ///< ended by a signal
+    int exitStatus = -1;       ///< meaningful when started and not crashed
+    QByteArray output;         ///< the last 64 KiB of what it wrote
+
+    [[nodiscard]] bool succeeded() const { return started && !crashed && exitStatus == 0; }
+};
+
+inline constexpr qsizetype childOutputLimit = 64 * 1024;
+
+/// Runs a child to its end; blocks the calling thread, which must not be the event loop's. Standard
+/// input is the null device. The output is drained while the child runs, so that no child ever waits
+/// for a reader and none fills the memory. Never throws.
+[[nodiscard]] ChildResult runChild(const ChildSetup& setup);
+
+}  // namespace sorvik

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <cstdint>
+#include <optional>
+
+namespace sorvik {
+
+/// What went wrong with a file, in the system's words: "No space left on device: /a/b.png".
+struct FileError {
+    int errorNumber = 0;  ///< errno
+    QString description;
+};
+
+/// Puts `bytes` at `path`, all of them or none: a hidden temporary file ".sorvik_..." in the same folder is
+/// written (every count checked), synced and renamed over the path, then the folder is synced. A
+/// reader sees the old content or the new one. Keeps the mode of a file that stands there; a new file gets
+/// 0666 less the umask. A path that is a link to a file puts the content into the link's target.
+/// Names of 255 bytes work. Leaves nothing behind on failure. Absent result means success. Blocks.
+[[nodiscard]] std::optional<FileError> writeAtomically(const QString& path, const QByteArray& bytes);
+
+/// The whole content of a regular file. On failure an empty result and, if given, `error` set.
+[[nodiscard]] std::optional<QByteArray> readFile(const QString& path, FileError* error = nullptr);
+
+/// Moves a file over whatever stands at `to`, also between file systems (then by a copy that is written
+/// aside, synced and renamed, before the source is removed). Absent result means success.
+[[nodiscard]] std::optional<FileError> moveFile(const QString& from, const QString& to);
+
+/// Size in bytes; absent with `error` set when the file's attributes can't be read.
+[[nodiscard]] std::optional<std::int64_t> fileSize(const QString& path, FileError* error = nullptr);
+
+/// Which content a path holds at a moment: changes when the file is replaced or written to.
+struct FileIdentity {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    std::int64_t size = 0;
+    std::int64_t modified = 0;  ///< nanoseconds since 1970
+    bool operator==(const FileIdentity&) const = default;
+};
+
+/// Follows links; absent when there is nothing.
+[[nodiscard]] std::optional<FileIdentity> fileIdentity(const QString& path);
+
+}  // namespace sorvik

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <QString>
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <stdexcept>
+
+
+namespace sorvik {
+
+/// Thrown when no temporary file could be made.
+class TemporaryFileError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Hands out files in the system's temporary directory under names that never collide, also
+/// between threads and processes. Any thread.
+class SharedTempFileManager {
+public:
+    static SharedTempFileManager& shared();
+    explicit SharedTempFileManager(QString directory);
+
+    [[nodiscard]] const QString& tempDirectory() const { return directory_; }
+
+    /// Names a file, creates nothing. Every prefix starts with "sorvik_".
+    [[nodiscard]] QString generateUniquePath(const QString& prefix, const QString& extension);
+
+    /// Creates an empty file, readable and writable by its owner only. The caller deletes it when done.
+    /// Blocks for up to 526 ms over ten attempts, then throws TemporaryFileError with the system's reason.
+    [[nodiscard]] QString createUniqueTempFile(const QString& prefix, const QString& extension);
+
+    /// Deletes a file that was handed out; a failure is ignored.
+    void remove(const QString& path);
+
+private:
+    QString directory_;
+    std::mutex counterLock_;
+    std::int64_t counter_ = 0;
+};
+
+/// A temporary file for as long as the object lives.
+class TempFile {
+public:
+    /// Throws TemporaryFileError.
+    TempFile(const QString& prefix, const QString& extension);
+    ~TempFile();
+    TempFile(const TempFile&) = delete;
+    TempFile& operator=(const TempFile&) = delete;
+
+    [[nodiscard]] const QString& path() const { return path_; }
+
+private:
+    QString path_;
+};
+
+/// Removes what a run that crashed or was killed left in the temporary directory: entries that start
+/// with "sorvik_" and are more than an hour old. Sweeps run one after the other off the calling thread.
+class TempFileManager {
+public:
+    static TempFileManager& shared();
+
+    /// Schedules the first sweep.
+    explicit TempFileManager(QString directory);
+    ~TempFileManager();
+
+    /// Schedules a sweep and returns at once.
+    void cleanupOrphanedFiles();
+
+    /// Waits until all scheduled sweeps have ended; for tests and for the end of a short program.
+    void waitForSweeps();
+
+private:
+    struct Queue;
+    QString directory_;
+    std::unique_ptr<Queue> queue_;
+};
+
+}  // namespace sorvik

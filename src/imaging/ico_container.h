@@ -27,12 +27,15 @@ struct IcoFrame {
 /// A file that any decoder of its kind reads: the PNG as it is, or an icon file of this one frame.
 [[nodiscard]] QByteArray standaloneFile(const IcoFrame& frame);
 
-/// An icon of square 32-bit images, each a whole PNG file, in the order given. Offsets and count agree
-/// with the images present. No image gives no bytes.
+/// One image of an icon to be written.
 struct IcoImage {
-    int size = 0;  ///< pixels a side, 1 to 256
-    QByteArray png;
+    int width = 0;   ///< pixels, 1 to 256
+    int height = 0;  ///< pixels, 1 to 256
+    QByteArray png;  ///< a whole PNG file
 };
+
+/// An icon of 32-bit images in the order given. Offsets and count agree with the images present. No
+/// image gives no bytes.
 [[nodiscard]] QByteArray writeIco(const std::vector<IcoImage>& images);
 
 }  // namespace sorvik::imaging

@@ -1,0 +1,160 @@
+#include "codecs/png_writer.h"
+
+#include <optional>
+#include <stdexcept>
+#include <vector>
+
+#include "codecs/deflated_rows.h"
+#include "codecs/intermediate_png_writer.h"
+#include "codecs/palette.h"
+#include "codecs/png_chunks.h"
+#include "codecs/png_metadata.h"
+#include "codecs/samples.h"
+
+namespace sorvik::codecs {
+namespace {
+
+RowShape shapeOf(const PixelLayout& layout) { return {layout.rowBytes(), layout.bytesPerPixel(), layout.height}; }
+
+// Colours are red, green and blue in a palette, which contradicts a profile for grey.
+bool mayUsePalette(const PixelLayout& layout, const PictureMetadata& metadata) {
+    const bool greyProfile = layout.channels <= 2 && profileFits(metadata.icc, layout);
+    return layout.bitsPerSample == 8 && fitsWholeBuffer(shapeOf(layout)) && !greyProfile;
+}
+
+void writePixelChunks(ByteSink& sink, std::span<const std::byte> bytes) { writeChunk(sink, chunkType("IDAT"), bytes); }
+
+void writePaletteChunks(ByteSink& sink, const std::vector<IndexedPicture::Colour>& colours) {
+    std::vector<std::byte> rgb;
+    std::vector<std::byte> alpha;
+    for (const auto& colour : colours) {
+        for (std::size_t i = 0; i < 3; ++i) {
+            rgb.push_back(std::byte{colour.rgba[i]});
+        }
+        if (colour.rgba[3] != 255) {
+            alpha.push_back(std::byte{colour.rgba[3]});
+        }
+    }
+    writeChunk(sink, chunkType("PLTE"), rgb);
+    if (!alpha.empty()) {
+        writeChunk(sink, chunkType("tRNS"), alpha);
+    }
+}
+
+std::vector<std::byte> compressIndices(const IndexedPicture& picture, const PixelLayout& layout, RowFiltering filtering,
+                                       int level) {
+    const auto depth = static_cast<std::size_t>(picture.bitDepth);
+    const RowShape shape{(layout.width * depth + 7) / 8, 1, layout.height};
+    std::vector<std::byte> stream;
+    DeflatedRows rows(shape, filtering, level,
+                      [&](std::span<const std::byte> part) { stream.insert(stream.end(), part.begin(), part.end()); });
+    std::vector<std::byte> packed(shape.rowBytes);
+    for (std::size_t y = 0; y < layout.height; ++y) {
+        packIndices(picture.indices.data() + y * layout.width, layout.width, picture.bitDepth, packed.data());
+        rows.addRow(packed.data());
+    }
+    rows.finish();
+    return stream;
+}
+
+// Filters seldom help indices, but they do where colours run into each other.
+std::vector<std::byte> compressIndices(const IndexedPicture& picture, const PixelLayout& layout, int level) {
+    auto plain = compressIndices(picture, layout, RowFiltering::none, level);
+    if (picture.bitDepth == 8) {
+        auto filtered = compressIndices(picture, layout, RowFiltering::byRow, level);
+        return filtered.size() < plain.size() ? filtered : plain;
+    }
+    return plain;
+}
+
+// Keeps a picture of few colours as indices until it is whole; at the first colour too many it goes
+// over to rows of colours, as it does from the start where no palette is possible.
+class KeptPngWriter final : public RowWriter {
+public:
+    KeptPngWriter(ByteSink& sink, const PixelLayout& layout, const PictureMetadata& metadata, int level)
+        : sink_(sink), layout_(layout), metadata_(metadata), level_(level), fileOrder_(layout.rowBytes()) {
+        if (mayUsePalette(layout, metadata)) {
+            palette_.emplace(layout);
+        } else {
+            startColours();
+        }
+    }
+
+    void writeRows(const std::byte* rows, std::size_t stride, std::uint32_t count) override {
+        for (std::uint32_t y = 0; y < count; ++y) {
+            writeRow(rows + y * stride);
+        }
+    }
+
+    void finish() override {
+        if (palette_) {
+            finishPalette();
+        } else {
+            colours_->finish();
+        }
+        writeChunk(sink_, chunkType("IEND"), {});
+    }
+
+private:
+    void writeRow(const std::byte* row) {
+        if (palette_ && !palette_->addRow(row)) {
+            leavePalette();
+        }
+        if (palette_) {
+            return;
+        }
+        if (layout_.bitsPerSample == 16) {
+            copySwapped16(row, fileOrder_.data(), fileOrder_.size() / 2);
+            row = fileOrder_.data();
+        }
+        colours_->addRow(row);
+    }
+
+    void startColours() {
+        writePngHeader(sink_, layout_, pngColour(layout_), layout_.bitsPerSample);
+        writePngMetadata(sink_, layout_, metadata_, level_);
+        colours_.emplace(shapeOf(layout_), level_ > 0 ? RowFiltering::byRow : RowFiltering::none, level_,
+                         [this](std::span<const std::byte> bytes) { writePixelChunks(sink_, bytes); });
+    }
+
+    void leavePalette() {
+        startColours();
+        for (std::uint32_t y = 0; y < palette_->rowCount(); ++y) {
+            palette_->restoreRow(y, fileOrder_.data());
+            colours_->addRow(fileOrder_.data());
+        }
+        palette_.reset();
+    }
+
+    void finishPalette() {
+        if (palette_->rowCount() != layout_.height) {
+            throw std::logic_error("fewer rows than the picture has");
+        }
+        const IndexedPicture picture = palette_->take();
+        writePngHeader(sink_, layout_, PngColour::palette, picture.bitDepth);
+        writePngMetadata(sink_, layout_, metadata_, level_);
+        writePaletteChunks(sink_, picture.colours);
+        writePixelChunks(sink_, compressIndices(picture, layout_, level_));
+    }
+
+    ByteSink& sink_;
+    PixelLayout layout_;
+    PictureMetadata metadata_;
+    int level_;
+    std::vector<std::byte> fileOrder_;         ///< one row
+    std::optional<PaletteCollector> palette_;  ///< while a palette is possible
+    std::optional<DeflatedRows> colours_;      ///< otherwise
+};
+
+}  // namespace
+
+std::unique_ptr<RowWriter> makePngWriter(ByteSink& sink, const PixelLayout& layout, const PictureMetadata& metadata,
+                                         const PngOptions& options) {
+    requireValid(layout);
+    if (options.purpose == PngPurpose::intermediate) {
+        return makeIntermediatePngWriter(sink, layout, metadata);
+    }
+    return std::make_unique<KeptPngWriter>(sink, layout, metadata, options.level);
+}
+
+}  // namespace sorvik::codecs

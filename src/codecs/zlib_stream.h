@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "codecs/byte_block.h"
+
+namespace sorvik::codecs {
+
+/// Takes the parts of a stream in order.
+using ByteOutput = std::function<void(std::span<const std::byte>)>;
+
+/// The bytes as one zlib stream (RFC 1950). `level` is 0 (stored) to 9, as zlib's scale.
+[[nodiscard]] ByteBlock zlibCompress(std::span<const std::byte> bytes, int level);
+
+/// What a zlib stream holds; absent when it is damaged or holds more than `sizeLimit` bytes.
+[[nodiscard]] std::optional<std::vector<std::byte>> zlibDecompress(std::span<const std::byte> stream,
+                                                                   std::size_t sizeLimit);
+
+/// Makes a zlib stream of any length in bounded memory, faster and less dense than zlibCompress.
+class ZlibStreamer {
+public:
+    explicit ZlibStreamer(ByteOutput output);
+    ~ZlibStreamer();
+    ZlibStreamer(ZlibStreamer&&) noexcept;
+    ZlibStreamer& operator=(ZlibStreamer&&) noexcept;
+
+    void write(std::span<const std::byte> bytes);
+
+    /// Ends the stream. To be called once.
+    void finish();
+
+private:
+    struct State;
+    void deflate();
+    std::unique_ptr<State> state_;
+};
+
+}  // namespace sorvik::codecs

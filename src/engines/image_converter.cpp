@@ -1,0 +1,226 @@
+#include "engines/image_converter.h"
+
+#include <QFile>
+#include <QStorageInfo>
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "core/vocabulary/path_names.h"
+#include "engines/image_io_converter.h"
+#include "engines/image_magick_recipes.h"
+#include "engines/sips_converter.h"
+#include "platform/files.h"
+#include "platform/log.h"
+#include "services/performance_instrumentation.h"
+#include "services/temporary_files.h"
+
+namespace sorvik {
+namespace {
+
+struct RouteRow {
+    ImageFormat format;
+    OutputRoute route;
+};
+
+constexpr std::array outputRoutes{
+    RouteRow{ImageFormat::bmp, OutputRoute::systemTool},   RouteRow{ImageFormat::gif, OutputRoute::systemTool},
+    RouteRow{ImageFormat::heic, OutputRoute::heicWriter},  RouteRow{ImageFormat::ico, OutputRoute::icoWriter},
+    RouteRow{ImageFormat::jpeg, OutputRoute::systemTool},  RouteRow{ImageFormat::png, OutputRoute::pngWriter},
+    RouteRow{ImageFormat::tiff, OutputRoute::systemTool},  RouteRow{ImageFormat::webp, OutputRoute::imageMagick},
+    RouteRow{ImageFormat::svg, OutputRoute::systemTool},   RouteRow{ImageFormat::pdf, OutputRoute::pdfWriter},
+    RouteRow{ImageFormat::avif, OutputRoute::imageMagick},
+};
+
+constexpr bool isInOrder() {
+    for (std::size_t index = 0; index < outputRoutes.size(); ++index) {
+        if (static_cast<std::size_t>(outputRoutes[index].format) != index) {
+            return false;
+        }
+    }
+    return true;
+}
+static_assert(outputRoutes.size() == imageFormatCount && isInOrder());
+
+constexpr std::array<QStringView, 10> cameraRawExtensions{u"raw", u"cr2", u"cr3", u"nef", u"arw",
+                                                          u"raf", u"dng", u"rw2", u"orf", u"pef"};
+
+constexpr double imageMagickQuality = 0.85;
+constexpr double systemToolQuality = 0.0;  // not read: the tool runs without a quality
+constexpr qint64 fullDisk = 1 << 20;       // bytes left; below it a failed write is the likely cause
+
+const QString tempPrefix = QStringLiteral("sorvik_imageconverter");
+
+/// Completes a tracker on every way out.
+class Timed {
+public:
+    explicit Timed(const QString& name) : tracker_(name, Category::imageConversion) {}
+    Timed(const QString& name, const QMap<QString, QString>& metadata) : Timed(name) { tracker_.metadata = metadata; }
+    ~Timed() { tracker_.complete(); }
+    Timed(const Timed&) = delete;
+    Timed& operator=(const Timed&) = delete;
+
+private:
+    OperationTracker tracker_;
+};
+
+/// The failure of a tool that says nothing about its cause: a full disk is found out here.
+ConversionError toolFailure() {
+    const QStorageInfo volume(SharedTempFileManager::shared().tempDirectory());
+    if (volume.isValid() && volume.bytesAvailable() < fullDisk) {
+        return ConversionError(QStringLiteral("No space left on device"));
+    }
+    return ConversionError();
+}
+
+/// Names a conversion of a file as it is now; absent when the file can't be looked at.
+std::optional<QString> resultKey(const QString& path, ImageFormat format, bool stripMetadata, double quality) {
+    const auto identity = fileIdentity(path);
+    if (!identity) {
+        return std::nullopt;
+    }
+    return QStringLiteral("%1:%2:%3:%4 %5 %6 %7")
+        .arg(identity->device)
+        .arg(identity->inode)
+        .arg(identity->size)
+        .arg(identity->modified)
+        .arg(rawValue(format))
+        .arg(stripMetadata)
+        .arg(quality);
+}
+
+/// What an intermediate picture holds that ImageMagick's writers of these formats leave out.
+bool losesMetadata(const QString& carried) {
+    return std::ranges::any_of(std::array{"exif", "xmp", "icc"},
+                               [&](const char* kind) { return carried.contains(QLatin1StringView(kind)); });
+}
+
+/// A finished picture is worth more than its metadata: failing to put them back is only logged.
+void carryMetadata(const ImageExtensions& extensions, const QString& intermediate, const QString& finished) {
+    try {
+        extensions.runJob(imaging::carryMetadataArguments(intermediate, finished));
+    } catch (const ConversionError& error) {
+        logLine(QStringLiteral("[ImageConverter] Metadata could not be carried over: ") + error.description());
+    }
+}
+
+}  // namespace
+
+OutputRoute outputRoute(ImageFormat format) { return outputRoutes[static_cast<std::size_t>(format)].route; }
+
+bool isCameraRaw(QStringView extension) {
+    return std::ranges::find(cameraRawExtensions, extension) != cameraRawExtensions.end();
+}
+
+ImageConverter::ImageConverter(ProcessConfigCache& tools, ResultCache& results)
+    : tools_(tools), results_(results), extensions_(tools) {}
+
+QByteArray ImageConverter::convertFile(const QString& path, ImageFormat format, bool stripMetadata, double quality) {
+    const QString source = pathExtension(path).toString();
+    const QString target = fileExtension(format);
+    const Timed timed(QStringLiteral("convert_file_%1_to_%2").arg(source, target),
+                      {{QStringLiteral("source_format"), source}, {QStringLiteral("target_format"), target}});
+    const auto key = resultKey(path, format, stripMetadata, quality);
+    if (const auto known = key ? results_.find(*key) : std::nullopt) {
+        return *known;
+    }
+    const QByteArray bytes = routed(path, format, stripMetadata, quality);
+    if (key && resultKey(path, format, stripMetadata, quality) == key) {
+        results_.insert(*key, bytes);
+    }
+    return bytes;
+}
+
+QByteArray ImageConverter::routed(const QString& path, ImageFormat format, bool stripMetadata, double quality) {
+    const QString extension = pathExtension(path).toString().toLower();
+    if (extension == u"ico") {
+        auto bytes = convertICOFile(extensions_, path, fileExtension(format), stripMetadata, quality);
+        return bytes ? *bytes : throw toolFailure();
+    }
+    if (extension == u"eps" && tools_.resolveMagickPath()) {
+        return convertEPS(path, format, stripMetadata, quality);
+    }
+    if (extension == u"ai" && tools_.resolveMagickPath()) {
+        return convertAI(path, format, quality);
+    }
+    if (isCameraRaw(extension)) {
+        return convertRAW(path, format, stripMetadata, quality);
+    }
+    return convertImage({path}, format, stripMetadata);
+}
+
+QByteArray ImageConverter::convertEPS(const QString&, ImageFormat format, bool, double) {
+    const Timed timed(QStringLiteral("convert_eps_to_") + fileExtension(format));
+    throw ConversionError();
+}
+
+QByteArray ImageConverter::convertAI(const QString&, ImageFormat format, double) {
+    const Timed timed(QStringLiteral("convert_ai_to_") + fileExtension(format));
+    throw ConversionError();
+}
+
+QByteArray ImageConverter::convertRAW(const QString& path, ImageFormat format, bool, double) {
+    const QString source = pathExtension(path).toString();
+    const Timed timed(QStringLiteral("convert_raw_%1_to_%2").arg(source, fileExtension(format)),
+                      {{QStringLiteral("raw_format"), source}});
+    throw ConversionError();
+}
+
+QByteArray ImageConverter::convertImage(const imaging::Picture& picture, ImageFormat format, bool stripMetadata) {
+    const Timed timed(QStringLiteral("convert_image_to_") + fileExtension(format));
+    if (stripMetadata) {
+        // A file that was to be stripped must not come out unstripped, and nothing here strips yet.
+        throw ConversionError();
+    }
+    return renderImage(picture, format, stripMetadata);
+}
+
+QByteArray ImageConverter::renderImage(const imaging::Picture& picture, ImageFormat format, bool stripMetadata) {
+    switch (outputRoute(format)) {
+        case OutputRoute::pngWriter:
+            return extensions_.pngData(picture);
+        case OutputRoute::systemTool:
+            return viaSystemTool(picture, format, stripMetadata);
+        case OutputRoute::heicWriter:
+            return extensions_.heicData(picture);
+        case OutputRoute::pdfWriter:
+            return extensions_.pdfData(picture);
+        case OutputRoute::icoWriter:
+            return extensions_.icoData(picture);
+        case OutputRoute::imageMagick:
+            return viaImageMagick(picture, format);
+    }
+    Q_UNREACHABLE();
+}
+
+QByteArray ImageConverter::viaSystemTool(const imaging::Picture& picture, ImageFormat format, bool stripMetadata) {
+    const TempFile intermediate(tempPrefix, QStringLiteral("png"));
+    extensions_.runJob(imaging::intermediateArguments(picture, intermediate.path(), imaging::Colors::asTheyAre));
+    const SipsConversion conversion =
+        convertWithSips(tools_, intermediate.path(), fileExtension(format), systemToolQuality, true, stripMetadata);
+    const auto removeOutput = qScopeGuard([&] { QFile::remove(conversion.outputPath); });
+    if (!conversion.success) {
+        throw conversionError(conversion.status);
+    }
+    return readResult(conversion.outputPath);
+}
+
+QByteArray ImageConverter::viaImageMagick(const imaging::Picture& picture, ImageFormat format) {
+    const bool avif = format == ImageFormat::avif;
+    const TempFile intermediate(tempPrefix, QStringLiteral("png"));
+    const QString carried = extensions_.runJob(imaging::intermediateArguments(
+        picture, intermediate.path(), avif ? imaging::Colors::sRGB : imaging::Colors::asTheyAre));
+    const TempFile result(tempPrefix, fileExtension(format));
+    const auto recipe = avif ? &convertAVIFFile : &convertWebPFile;
+    if (!recipe(tools_, intermediate.path(), result.path(), imageMagickQuality)) {
+        auto bytes = avif ? extensions_.avifData(picture) : std::nullopt;
+        return bytes ? *bytes : throw toolFailure();
+    }
+    if (losesMetadata(carried)) {
+        carryMetadata(extensions_, intermediate.path(), result.path());
+    }
+    return readResult(result.path());
+}
+
+}  // namespace sorvik

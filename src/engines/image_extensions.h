@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QByteArray>
+
+#include <optional>
+
+#include "engines/process_config_cache.h"
+#include "imaging/imaging_client.h"
+
+namespace sorvik {
+
+/// The writers of a whole picture in memory. All block, and throw ConversionError with the cause, or
+/// TemporaryFileError, unless told otherwise.
+class ImageExtensions {
+public:
+    /// `tools` must outlive the object.
+    explicit ImageExtensions(ProcessConfigCache& tools);
+
+    [[nodiscard]] QByteArray pngData(const imaging::Picture& picture) const;
+    [[nodiscard]] QByteArray heicData(const imaging::Picture& picture) const;
+    [[nodiscard]] QByteArray pdfData(const imaging::Picture& picture) const;
+
+    /// An icon of 16, 32 and 48 pixels, square. A size that can't be made is logged and left out.
+    [[nodiscard]] QByteArray icoData(const imaging::Picture& picture) const;
+
+    /// The second road to an AVIF, through a PNG of its own. Absent on failure, which is logged.
+    [[nodiscard]] std::optional<QByteArray> avifData(const imaging::Picture& picture) const;
+
+    /// Runs a job whose result goes to `destination`. Throws ConversionError with the cause. Gives what the
+    /// tool printed.
+    QString runJob(const QStringList& arguments) const;
+
+private:
+    [[nodiscard]] QByteArray encoded(const QString& extension,
+                                     QStringList (*arguments)(const imaging::Picture&, const QString&),
+                                     const imaging::Picture& picture) const;
+
+    ProcessConfigCache& tools_;
+    imaging::ImagingClient client_;
+};
+
+/// The bytes of a file that a job has made. Throws ConversionError with the system's words.
+[[nodiscard]] QByteArray readResult(const QString& path);
+
+}  // namespace sorvik

@@ -1,0 +1,60 @@
+#include "engines/magick_run.h"
+
+#include <QFileInfo>
+#include <QStringDecoder>
+
+#include <algorithm>
+#include <array>
+
+#include "core/vocabulary/failure_messages.h"
+#include "platform/log.h"
+
+namespace sorvik {
+namespace {
+
+constexpr std::array fileTroubles{"no such file or directory", "unable to open image", "not a valid file",
+                                  "permission denied"};
+
+}  // namespace
+
+bool hasContent(const QString& path) {
+    const QFileInfo file(path);
+    return file.exists() && file.size() > 0;
+}
+
+bool blamesTheFile(const QString& toolOutput) {
+    return std::ranges::any_of(fileTroubles, [&](const char* phrase) {
+        return toolOutput.contains(QLatin1StringView(phrase), Qt::CaseInsensitive);
+    });
+}
+
+QString decodedOutput(const QByteArray& output, const QString& fallback) {
+    // The kept tail may begin inside a character: its continuation bytes are not the tool's fault.
+    qsizetype start = 0;
+    if (output.size() >= childOutputLimit) {
+        while (start < 3 && start < output.size() && (static_cast<unsigned char>(output[start]) & 0xC0U) == 0x80U) {
+            ++start;
+        }
+    }
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    QString text = decoder.decode(QByteArrayView(output).sliced(start));
+    return decoder.hasError() ? fallback : text;
+}
+
+bool runMagickTask(const ChildSetup& task, const QString& outputPath, const QString& context) {
+    const ChildResult result = runChild(task);
+    if (!result.started) {
+        logLine(context + QStringLiteral(" failed: ") + userMessage(result.launchError));
+        return false;
+    }
+    if (result.succeeded() && hasContent(outputPath)) {
+        return true;
+    }
+    const QString output = decodedOutput(result.output, QStringLiteral("Unknown output"));
+    if (!blamesTheFile(output)) {
+        logLine(context + QStringLiteral(": ") + output);
+    }
+    return false;
+}
+
+}  // namespace sorvik

@@ -1,0 +1,78 @@
+#include "imaging/imaging_client.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace sorvik::imaging {
+namespace {
+
+QStringList option(const char* key, const QString& value) {
+    return {QStringLiteral("-s"), QString::fromLatin1(key), value};
+}
+
+QStringList job(const QStringList& options, const QString& input, const QString& destination) {
+    return options + QStringList{input, QStringLiteral("--out"), destination};
+}
+
+}  // namespace
+
+codecs::SipsStatus jobStatus(const ChildResult& child) {
+    const bool known = child.started && !child.crashed && child.exitStatus >= 0 &&
+                       static_cast<std::size_t>(child.exitStatus) < codecs::sipsStatuses.size();
+    return known ? static_cast<codecs::SipsStatus>(child.exitStatus) : codecs::SipsStatus::failed;
+}
+
+QStringList intermediateArguments(const Picture& picture, const QString& destination, Colors colors) {
+    QStringList options = option("format", QStringLiteral("png")) + option("purpose", QStringLiteral("intermediate"));
+    if (colors == Colors::sRGB) {
+        options += option("colorSpace", QStringLiteral("sRGB"));
+    }
+    return job(options, picture.path, destination);
+}
+
+QStringList pngArguments(const Picture& picture, const QString& destination) {
+    return job(option("format", QStringLiteral("png")), picture.path, destination);
+}
+
+QStringList heicArguments(const Picture& picture, const QString& destination) {
+    return job(option("format", QStringLiteral("heic")), picture.path, destination);
+}
+
+QStringList pdfArguments(const Picture& picture, const QString& destination) {
+    return job(option("format", QStringLiteral("pdf")), picture.path, destination);
+}
+
+QStringList iconArguments(const Picture& picture, const QString& destination, const std::vector<int>& sizes) {
+    QStringList words;
+    std::ranges::transform(sizes, std::back_inserter(words), [](int size) { return QString::number(size); });
+    return job(option("format", QStringLiteral("png")) + option("iconSizes", words.join(u',')), picture.path,
+               destination);
+}
+
+QStringList frameArguments(const Picture& frame, const QString& toolFormat, bool stripMetadata,
+                           std::optional<double> jpegQuality, const QString& destination) {
+    QStringList options = option("format", toolFormat);
+    if (jpegQuality) {
+        options += option("formatOptions", QString::number(static_cast<int>(*jpegQuality * 100.0)));
+    }
+    if (stripMetadata) {
+        options += option("stripMetadata", QStringLiteral("yes"));
+    }
+    return job(options, frame.path, destination);
+}
+
+QStringList carryMetadataArguments(const QString& intermediate, const QString& finished) {
+    return {QStringLiteral("--carry-metadata"), intermediate, finished};
+}
+
+ImagingClient::ImagingClient(QString toolPath) : toolPath_(std::move(toolPath)) {}
+
+JobOutcome ImagingClient::run(const QStringList& arguments) const {
+    ChildSetup setup;
+    setup.executable = toolPath_;
+    setup.arguments = arguments;
+    const ChildResult child = runChild(setup);
+    return {jobStatus(child), child.started ? QString::fromUtf8(child.output).trimmed() : child.launchError};
+}
+
+}  // namespace sorvik::imaging

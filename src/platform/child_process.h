@@ -30,10 +30,10 @@ struct ChildSetup {
 
 struct ChildResult {
     bool started = false;
-    QString launchError;       ///< the system's words, when it was not started
-    bool crashed = false;      ///< ended by a signal
-    int exitStatus = -1;       ///< meaningful when started and not crashed
-    QByteArray output;         ///< the last 64 KiB of what it wrote
+    QString launchError;   ///< the system's words, when it was not started
+    bool crashed = false;  ///< ended by a signal
+    int exitStatus = -1;   ///< meaningful when started and not crashed
+    QByteArray output;     ///< the last 64 KiB of what it wrote
 
     [[nodiscard]] bool succeeded() const { return started && !crashed && exitStatus == 0; }
 };

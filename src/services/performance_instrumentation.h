@@ -23,7 +23,7 @@ struct OperationMetrics {
     static constexpr std::size_t maxRecentCount = 100;
 
     QString name;
-    Category category;  ///< of the first record under this name
+    Category category{};  ///< of the first record under this name
     std::int64_t count = 0;
     double totalTime = 0;
     double minTime = std::numeric_limits<double>::infinity();

@@ -1,12 +1,12 @@
 #pragma once
 
 #include <QString>
+#include <QThreadPool>
 
+#include <atomic>
+#include <chrono>
 #include <cstdint>
-#include <memory>
-#include <mutex>
 #include <stdexcept>
-
 
 namespace sorvik {
 
@@ -37,8 +37,7 @@ public:
 
 private:
     QString directory_;
-    std::mutex counterLock_;
-    std::int64_t counter_ = 0;
+    std::atomic<std::int64_t> counter_ = 0;
 };
 
 /// A temporary file for as long as the object lives.
@@ -56,14 +55,19 @@ private:
     QString path_;
 };
 
-/// Removes what a run that crashed or was killed left in the temporary directory: entries that start
-/// with "sorvik_" and are more than an hour old. Sweeps run one after the other off the calling thread.
+/// Removes what a run that crashed or was killed left in the temporary directory: files, links and whole
+/// folders that start with "sorvik_" and were made more than an hour ago. Links are never followed. Sweeps
+/// run one after the other off the calling thread.
 class TempFileManager {
 public:
+    static constexpr std::chrono::seconds orphanAge{3600};  ///< what is younger may be in use by a batch
+
     static TempFileManager& shared();
 
     /// Schedules the first sweep.
-    explicit TempFileManager(QString directory);
+    explicit TempFileManager(QString directory, std::chrono::nanoseconds minimumAge = orphanAge);
+
+    /// Waits for the sweeps.
     ~TempFileManager();
 
     /// Schedules a sweep and returns at once.
@@ -73,9 +77,13 @@ public:
     void waitForSweeps();
 
 private:
-    struct Queue;
     QString directory_;
-    std::unique_ptr<Queue> queue_;
+    std::chrono::nanoseconds minimumAge_;
+    QThreadPool queue_;  ///< of one thread
 };
+
+/// Whether a sweep removes an entry of this name and creation time, both times since 1970. An entry made
+/// exactly at the cut-off stays.
+[[nodiscard]] bool isOrphaned(const QString& name, std::chrono::nanoseconds created, std::chrono::nanoseconds cutoff);
 
 }  // namespace sorvik

@@ -1,0 +1,37 @@
+#include "apps/sorvikbatch/interrupt.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <QSocketNotifier>
+
+#include <array>
+#include <csignal>
+
+namespace sorvik {
+namespace {
+
+std::array<int, 2> wakePipe{-1, -1};
+
+extern "C" void wake(int signalNumber) {
+    const char byte = 1;
+    [[maybe_unused]] const auto written = write(wakePipe[1], &byte, 1);
+    std::signal(signalNumber, SIG_DFL);
+}
+
+}  // namespace
+
+Interrupt::Interrupt(QObject* parent) : QObject(parent) {
+    if (pipe2(wakePipe.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
+        return;
+    }
+    auto* notifier = new QSocketNotifier(wakePipe[0], QSocketNotifier::Read, this);
+    connect(notifier, &QSocketNotifier::activated, this, [this, notifier] {
+        notifier->setEnabled(false);
+        emit raised();
+    });
+    std::signal(SIGINT, wake);
+    std::signal(SIGTERM, wake);
+}
+
+}  // namespace sorvik

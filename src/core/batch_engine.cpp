@@ -1,0 +1,34 @@
+#include "core/batch_engine.h"
+
+#include "engines/image_signature.h"
+#include "engines/process_config_cache.h"
+#include "engines/result_cache.h"
+
+namespace sorvik {
+
+bool SystemBatchEngine::hasImageMagick() { return ProcessConfigCache::shared().resolveMagickPath().has_value(); }
+
+QByteArray SystemBatchEngine::convertFile(const QString& path, ImageFormat format, bool stripMetadata, double quality) {
+    return converter_.convertFile(path, format, stripMetadata, quality);
+}
+
+QByteArray SystemBatchEngine::convertEPS(const QString& path, ImageFormat format, bool stripMetadata, double quality) {
+    return converter_.convertEPS(path, format, stripMetadata, quality);
+}
+
+QByteArray SystemBatchEngine::convertAI(const QString& path, ImageFormat format, double quality) {
+    return converter_.convertAI(path, format, quality);
+}
+
+bool SystemBatchEngine::compress(ImageFormat, const QString&, const QString&, double) {
+    return false;  // no recipe stands yet; the converted file stays as it is
+}
+
+bool SystemBatchEngine::isValidImageFile(const QString& path, ImageFormat format) {
+    return sorvik::isValidImageFile(path, format);
+}
+
+void SystemBatchEngine::clearResultCache() { ResultCache::shared().clear(); }
+void SystemBatchEngine::clearSignatureCache() { sorvik::clearSignatureCache(); }
+
+}  // namespace sorvik

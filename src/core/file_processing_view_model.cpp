@@ -1,0 +1,175 @@
+#include "core/file_processing_view_model.h"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QThread>
+#include <QtConcurrent>
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "core/conversion_batch.h"
+#include "core/intake.h"
+#include "platform/log.h"
+
+namespace sorvik {
+namespace {
+
+constexpr int fewestInFlight = 2;
+constexpr int mostInFlight = 8;
+
+/// What all of the formats' lists hold, in the order of the first one's.
+std::vector<ImageFormat> commonOutputs(const std::set<InputFormat>& inputs) {
+    std::vector<ImageFormat> common;
+    if (!inputs.empty()) {
+        std::ranges::copy_if(supportedOutputFormats(*inputs.begin()), std::back_inserter(common),
+                             [&](ImageFormat output) {
+                                 return std::ranges::all_of(inputs, [&](InputFormat input) {
+                                     const auto offered = supportedOutputFormats(input);
+                                     return std::ranges::find(offered, output) != offered.end();
+                                 });
+                             });
+    }
+    return common;
+}
+
+std::vector<FileItem> makeFileItems(const QList<QUrl>& urls, ProcessingMode mode) {
+    std::vector<FileItem> items;
+    items.reserve(static_cast<std::size_t>(urls.size()));
+    for (const QUrl& url : urls) {
+        if (!url.isEmpty()) {
+            items.push_back(makeFileItem(url, mode));
+        }
+    }
+    return items;
+}
+
+}  // namespace
+
+FileProcessingViewModel::FileProcessingViewModel(BatchEngine& engine, QObject* parent)
+    : QObject(parent), engine_(engine) {
+    // One thread more than files in flight, so that a drop is read while a batch runs.
+    pool_.setMaxThreadCount(maxConcurrentOperations(QThread::idealThreadCount()) + 1);
+}
+
+FileProcessingViewModel::~FileProcessingViewModel() {
+    cancel();
+    while (isConverting) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+}
+
+int FileProcessingViewModel::maxConcurrentOperations(int processors) {
+    return std::clamp(processors * 3 / 4, fewestInFlight, mostInFlight);
+}
+
+bool FileProcessingViewModel::handleDrop(const QList<QUrl>& urls) {
+    const ProcessingMode mode = settings_ ? settings_->processingMode.value() : ProcessingMode::convert;
+    QtConcurrent::run(&pool_, [urls, mode] {
+        return makeFileItems(urls, mode);
+    }).then(this, [this](std::vector<FileItem> items) { addFiles(std::move(items)); });
+    return true;
+}
+
+void FileProcessingViewModel::addFiles(std::vector<FileItem> items) {
+    const auto first = static_cast<qsizetype>(files_.size());
+    const auto count = static_cast<qsizetype>(items.size());
+    std::ranges::move(items, std::back_inserter(files_));
+    emit filesInserted(first, count);
+    refreshSelectionState();
+}
+
+void FileProcessingViewModel::updateSelection(const QSet<QUuid>& checked) {
+    selectedFiles_ = checked;
+    for (std::size_t index = 0; index < files_.size(); ++index) {
+        const bool isSelected = checked.contains(files_[index].id);
+        if (files_[index].isSelected != isSelected) {
+            changeFile(static_cast<qsizetype>(index), [&](FileItem& item) { item.isSelected = isSelected; });
+        }
+    }
+    refreshSelectionState();
+}
+
+void FileProcessingViewModel::refreshSelectionState() {
+    selectedFileItems_.clear();
+    std::ranges::copy_if(files_, std::back_inserter(selectedFileItems_),
+                         [&](const FileItem& item) { return selectedFiles_.contains(item.id); });
+    selectedFormats_.clear();
+    for (const FileItem& item : selectedFileItems_) {
+        if (item.inputFormat) {
+            selectedFormats_.insert(*item.inputFormat);
+        }
+    }
+    commonOutputFormats_ = commonOutputs(selectedFormats_);
+    emit selectionStateChanged();
+}
+
+void FileProcessingViewModel::setOutputFormat(qsizetype index, ImageFormat format) {
+    if (index >= 0 && index < std::ssize(files_)) {
+        changeFile(index, [&](FileItem& item) { item.outputFormat = format; });
+    }
+}
+
+void FileProcessingViewModel::resetAll() {
+    for (FileItem& item : files_) {
+        item.isProcessed = false;
+        item.errorMessage.reset();
+        item.outputSize.reset();
+        item.conversionStatus = ConversionStatus::waiting;
+        item.wasCompressed = false;
+    }
+    emit filesReset();
+}
+
+void FileProcessingViewModel::clearAll() {
+    files_.clear();
+    selection = QSet<QUuid>();
+    selectedFiles_.clear();
+    emit filesReset();
+}
+
+void FileProcessingViewModel::deleteSelected() {
+    if (isConverting) {
+        logLine(QStringLiteral("Warning: Cannot delete files during conversion process"));
+        return;
+    }
+    std::erase_if(files_, [&](const FileItem& item) { return selection.value().contains(item.id); });
+    selection = QSet<QUuid>();
+    emit filesReset();
+    refreshSelectionState();
+}
+
+void FileProcessingViewModel::startConversion(bool removeMetadata) {
+    if (files_.empty() || isConverting) {
+        return;
+    }
+    batch_ = std::make_shared<ConversionBatch>(*this, removeMetadata);
+    batch_->run();
+}
+
+void FileProcessingViewModel::cancel() {
+    if (batch_) {
+        batch_->cancel();
+    }
+}
+
+std::optional<qsizetype> FileProcessingViewModel::indexOf(const QUuid& id, qsizetype index) const {
+    const bool stands = index >= 0 && index < std::ssize(files_) && files_[static_cast<std::size_t>(index)].id == id;
+    return stands ? std::optional(index) : std::nullopt;
+}
+
+void FileProcessingViewModel::updateFile(qsizetype index, bool isProcessed,
+                                         const std::optional<QString>& errorMessage) {
+    if (index < 0 || index >= std::ssize(files_)) {
+        logLine(QStringLiteral("Warning: Attempted to modify file at invalid index %1").arg(index));
+        return;
+    }
+    changeFile(index, [&](FileItem& item) {
+        item.isProcessed = isProcessed;
+        item.errorMessage = errorMessage;
+        item.conversionStatus = isProcessed ? ConversionStatus::done : ConversionStatus::waiting;
+    });
+}
+
+}  // namespace sorvik

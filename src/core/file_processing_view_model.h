@@ -1,0 +1,129 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QPointer>
+#include <QProperty>
+#include <QSet>
+#include <QThreadPool>
+#include <QUrl>
+#include <QUuid>
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <set>
+#include <vector>
+
+#include "core/app_settings.h"
+#include "core/batch_engine.h"
+#include "core/file_item.h"
+
+namespace sorvik {
+
+class ConversionBatch;
+
+/// Owns the list of rows and runs batches over it. Main context only; rows are changed nowhere else.
+class FileProcessingViewModel : public QObject {
+    Q_OBJECT
+
+public:
+    static constexpr int updateBatchSize = 5;                        ///< files between two reports of progress ...
+    static constexpr std::chrono::milliseconds updateInterval{500};  ///< ... unless this much time has passed
+
+    /// `engine` must outlive the object.
+    explicit FileProcessingViewModel(BatchEngine& engine, QObject* parent = nullptr);
+
+    /// A batch that still runs is cancelled; what is in flight is waited for.
+    ~FileProcessingViewModel() override;
+
+    /// Files in flight at once: three quarters of the processors, 2 at least and 8 at most.
+    [[nodiscard]] static int maxConcurrentOperations(int processors);
+
+    // Observable state.
+    QProperty<bool> isConverting{false};
+    QProperty<double> processingProgress{0};  ///< 0 to 1
+    QProperty<QString> currentlyProcessing;   ///< the name of the file that ended last
+    QProperty<std::optional<QString>> batchCompletionMessage;
+    QProperty<QSet<QUuid>> selection;  ///< the rows highlighted in the table
+
+    [[nodiscard]] const std::vector<FileItem>& files() const { return files_; }
+
+    /// The rows that are checked; may hold ids of rows that are gone.
+    [[nodiscard]] const QSet<QUuid>& selectedFiles() const { return selectedFiles_; }
+    [[nodiscard]] const std::vector<FileItem>& selectedFileItems() const { return selectedFileItems_; }
+    [[nodiscard]] const std::set<InputFormat>& selectedFormats() const { return selectedFormats_; }
+
+    /// The output formats on offer for all checked rows, in the order of one of their lists.
+    [[nodiscard]] const std::vector<ImageFormat>& commonOutputFormats() const { return commonOutputFormats_; }
+
+    [[nodiscard]] AppSettings* settings() const { return settings_; }
+
+    /// The object stays the caller's; none means defaults that change nothing.
+    void setSettings(AppSettings* settings) { settings_ = settings; }
+
+    /// Turns URLs into rows, in their order, off the main thread; filesInserted() tells when they stand.
+    /// Always true.
+    bool handleDrop(const QList<QUrl>& urls);
+
+    void updateSelection(const QSet<QUuid>& checked);
+    void refreshSelectionState();
+
+    /// A row's own choice of target.
+    void setOutputFormat(qsizetype index, ImageFormat format);
+
+    /// Makes every row ready for another run.
+    void resetAll();
+    void clearAll();
+
+    /// Removes the highlighted rows, unless a batch runs.
+    void deleteSelected();
+
+    /// Runs all rows that are not processed. Nothing with an empty list or while a batch runs.
+    void startConversion(bool removeMetadata);
+
+    /// Lets the running batch end early: what is in flight is finished, the rest stays as it is.
+    void cancel();
+
+    /// Ends a row's run: done, or waiting again with what went wrong.
+    void updateFile(qsizetype index, bool isProcessed, const std::optional<QString>& errorMessage);
+
+signals:
+    void filesInserted(qsizetype first, qsizetype count);
+    void fileChanged(qsizetype index);
+
+    /// Rows went or all have changed.
+    void filesReset();
+    void selectionStateChanged();
+
+    /// A row of the running batch has ended, whichever way.
+    void rowEnded(qsizetype index);
+    void batchEnded(int succeeded, int failed, bool cancelled);
+
+private:
+    friend class ConversionBatch;
+
+    void addFiles(std::vector<FileItem> items);
+
+    /// Changes one row and says so.
+    template <typename Change>
+    void changeFile(qsizetype index, Change change) {
+        change(files_[static_cast<std::size_t>(index)]);
+        emit fileChanged(index);
+    }
+
+    /// Where a row stands now: at its index still, or nowhere.
+    [[nodiscard]] std::optional<qsizetype> indexOf(const QUuid& id, qsizetype index) const;
+
+    BatchEngine& engine_;
+    QPointer<AppSettings> settings_;
+    std::vector<FileItem> files_;
+    QSet<QUuid> selectedFiles_;
+    std::vector<FileItem> selectedFileItems_;
+    std::set<InputFormat> selectedFormats_;
+    std::vector<ImageFormat> commonOutputFormats_;
+    QThreadPool pool_;
+    std::shared_ptr<ConversionBatch> batch_;
+};
+
+}  // namespace sorvik

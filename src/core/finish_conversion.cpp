@@ -1,0 +1,65 @@
+#include "core/finish_conversion.h"
+
+#include <QScopeGuard>
+#include <QUuid>
+
+#include "services/temporary_files.h"
+
+namespace sorvik {
+namespace {
+
+void throwIf(const std::optional<FileError>& error) {
+    if (error) {
+        throw ConversionError(error->description);
+    }
+}
+
+std::int64_t sizeOrThrow(const QString& path) {
+    FileError error;
+    const auto size = fileSize(path, &error);
+    return size ? *size : throw ConversionError(error.description);
+}
+
+void checkSignature(BatchEngine& engine, const FinishJob& job) {
+    if (!engine.isValidImageFile(job.outputPath, job.format)) {
+        throw ConversionError();
+    }
+}
+
+/// Runs the recipe on the written output. True when the output is now the compressed file; a recipe
+/// without a result leaves the output as it is.
+bool compressInPlace(BatchEngine& engine, const FinishJob& job, double value) {
+    auto& temporaryFiles = SharedTempFileManager::shared();
+    const QString compressed =
+        QStringLiteral("%1/sorvik_compressed_%2.%3")
+            .arg(temporaryFiles.tempDirectory(), QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper(),
+                 fileExtension(job.format));
+    const auto cleanUp = qScopeGuard([&] { temporaryFiles.remove(compressed); });
+    if (!engine.compress(job.format, job.outputPath, compressed, value)) {
+        return false;
+    }
+    throwIf(moveFile(compressed, job.outputPath));
+    checkSignature(engine, job);
+    return true;
+}
+
+}  // namespace
+
+FinishedFile finishFile(BatchEngine& engine, const FinishJob& job) {
+    if (fileIdentity(job.sourcePath) != job.source) {
+        throw ConversionError(Refusal::changedMeanwhile);
+    }
+    throwIf(writeAtomically(job.outputPath, job.bytes));
+    FinishedFile finished;
+    if (job.compression) {
+        finished.convertedSize = sizeOrThrow(job.outputPath);
+        finished.wasCompressed = compressInPlace(engine, job, *job.compression);
+    } else {
+        checkSignature(engine, job);
+        finished.convertedSize = sizeOrThrow(job.outputPath);
+    }
+    finished.outputSize = fileSize(job.outputPath);
+    return finished;
+}
+
+}  // namespace sorvik

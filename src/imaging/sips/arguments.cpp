@@ -1,0 +1,127 @@
+#include "imaging/sips/arguments.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "imaging/sips/failure.h"
+
+namespace sorvik::sips {
+
+namespace {
+
+constexpr int maximumIconSide = 1024;
+
+[[noreturn]] void refuse(const std::string& sentence) { throw Failure(Status::badUsage, sentence); }
+
+int numberWithin(std::string_view key, std::string_view text, int least, int most) {
+    int number = 0;
+    const char* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc() || stop != end || number < least || number > most) {
+        refuse(std::string(key) + " must be a whole number from " + std::to_string(least) + " to " +
+               std::to_string(most));
+    }
+    return number;
+}
+
+void mustBe(std::string_view key, std::string_view value, std::string_view only) {
+    if (value != only) {
+        refuse(std::string(key) + " must be " + std::string(only));
+    }
+}
+
+Format formatNamed(std::string_view name) {
+    const auto row = std::ranges::find(formats, name, &FormatRow::name);
+    if (row == formats.end()) {
+        throw Failure(Status::failed, "can't write " + std::string(name));
+    }
+    return row->format;
+}
+
+std::vector<int> iconSizesOf(std::string_view key, std::string_view list) {
+    std::vector<int> sizes;
+    while (true) {
+        const std::size_t comma = list.find(',');
+        sizes.push_back(numberWithin(key, list.substr(0, comma), 1, maximumIconSide));
+        if (comma == std::string_view::npos) {
+            return sizes;
+        }
+        list.remove_prefix(comma + 1);
+    }
+}
+
+using Setter = void (*)(ConvertRequest&, std::string_view key, std::string_view value);
+
+struct KeyRow {
+    std::string_view key;
+    Setter set;
+};
+
+constexpr std::array keys = {
+    KeyRow{"format", [](ConvertRequest& r, std::string_view, std::string_view v) { r.format = formatNamed(v); }},
+    KeyRow{"formatOptions",
+           [](ConvertRequest& r, std::string_view k, std::string_view v) { r.quality = numberWithin(k, v, 0, 100); }},
+    KeyRow{"optimize",
+           [](ConvertRequest& r, std::string_view k, std::string_view v) { r.level = numberWithin(k, v, 0, 9); }},
+    KeyRow{"purpose",
+           [](ConvertRequest& r, std::string_view k, std::string_view v) {
+               mustBe(k, v, "intermediate");
+               r.intermediate = true;
+           }},
+    KeyRow{"colorSpace",
+           [](ConvertRequest& r, std::string_view k, std::string_view v) {
+               mustBe(k, v, "sRGB");
+               r.toSrgb = true;
+           }},
+    KeyRow{"stripMetadata",
+           [](ConvertRequest& r, std::string_view k, std::string_view v) {
+               mustBe(k, v, "yes");
+               r.stripMetadata = true;
+           }},
+    KeyRow{"iconSizes",
+           [](ConvertRequest& r, std::string_view k, std::string_view v) { r.iconSizes = iconSizesOf(k, v); }},
+};
+
+void setKey(ConvertRequest& request, std::string_view key, std::string_view value) {
+    const auto row = std::ranges::find(keys, key, &KeyRow::key);
+    if (row == keys.end()) {
+        refuse("no setting is called " + std::string(key));
+    }
+    row->set(request, key, value);
+}
+
+ConvertRequest convertRequest(std::span<const std::string_view> arguments) {
+    ConvertRequest request;
+    bool formatGiven = false;
+    while (arguments.size() >= 3 && arguments[0] == "-s") {
+        setKey(request, arguments[1], arguments[2]);
+        formatGiven = formatGiven || arguments[1] == "format";
+        arguments = arguments.subspan(3);
+    }
+    if (arguments.size() != 3 || arguments[1] != "--out" || arguments[0].empty() || arguments[2].empty()) {
+        refuse("usage: sips [-s KEY VALUE]... INPUT --out OUTPUT");
+    }
+    if (!formatGiven) {
+        refuse("the setting format is missing");
+    }
+    if (request.format != Format::png && (request.intermediate || !request.iconSizes.empty())) {
+        refuse("purpose and iconSizes go with the format png only");
+    }
+    request.input = arguments[0];
+    request.output = arguments[2];
+    return request;
+}
+
+}  // namespace
+
+Request parseArguments(std::span<const std::string_view> arguments) {
+    if (!arguments.empty() && arguments[0] == "--carry-metadata") {
+        if (arguments.size() != 3) {
+            refuse("usage: sips --carry-metadata FROM TO");
+        }
+        return CarryRequest{std::string(arguments[1]), std::string(arguments[2])};
+    }
+    return convertRequest(arguments);
+}
+
+}  // namespace sorvik::sips

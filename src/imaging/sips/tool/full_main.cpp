@@ -1,0 +1,47 @@
+// What `sips` becomes when a job takes more than our own codecs.
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "imaging/sips/arguments.h"
+#include "imaging/sips/failure.h"
+#include "imaging/sips/full/carry_metadata.h"
+#include "imaging/sips/full/full_route.h"
+
+namespace {
+
+using namespace sorvik::sips;
+
+/// The libraries print what they think of a file; standard error is for our one sentence. Gives a
+/// descriptor for that.
+int silenceLibraries() {
+    const int own = ::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3);
+    if (const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC); nowhere >= 0) {
+        ::dup2(nowhere, STDERR_FILENO);
+    }
+    return own;
+}
+
+Status run(const std::vector<std::string_view>& arguments) {
+    const Request request = parseArguments(arguments);
+    if (const auto* carry = std::get_if<CarryRequest>(&request)) {
+        return carryMetadata(*carry);
+    }
+    return convertFully(std::get<ConvertRequest>(request));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::signal(SIGXFSZ, SIG_IGN);
+    const int standardError = silenceLibraries();
+    const std::vector<std::string_view> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
+    const Status status = reportingFailures(standardError, [&] { return run(arguments); });
+    // The file is closed; taking a hundred libraries down again serves nobody.
+    ::_exit(static_cast<int>(status));
+}

@@ -132,7 +132,11 @@ ChildResult runChild(const ChildSetup& setup) {
     }
     ChildResult result;
     result.started = true;
-    result.output = drainUntilEnd(process);
+    if (setup.output == ChildSetup::Output::captured) {
+        result.output = drainUntilEnd(process);
+    } else {
+        process.waitForFinished(-1);
+    }
     result.crashed = process.exitStatus() == QProcess::CrashExit;
     result.exitStatus = result.crashed ? -1 : process.exitCode();
     return result;

@@ -21,10 +21,10 @@ struct ChildSetup {
         discarded,  ///< both to the null device
     };
 
-    QString executable;  ///< absolute path
-    QStringList arguments;
-    std::optional<Environment> environment;  ///< absent: as this process's
-    QString workingDirectory;                ///< empty: as this process's
+    QString executable{};  ///< absolute path
+    QStringList arguments{};
+    std::optional<Environment> environment{};  ///< absent: as this process's
+    QString workingDirectory{};                ///< empty: as this process's
     Output output = Output::captured;
 };
 
@@ -41,8 +41,10 @@ struct ChildResult {
 inline constexpr qsizetype childOutputLimit = 64 * 1024;
 
 /// Runs a child to its end; blocks the calling thread, which must not be the event loop's. Standard
-/// input is the null device. The output is drained while the child runs, so that no child ever waits
-/// for a reader and none fills the memory. Never throws.
+/// input is the null device; no other descriptor is handed on. The output is drained while the child
+/// runs, so that no child ever waits for a reader and none fills the memory. What the child started
+/// itself and left behind is not waited for. Arguments reach the child as UTF-8: a file name of other
+/// bytes can't be told to it, as no QString holds one. Never throws.
 [[nodiscard]] ChildResult runChild(const ChildSetup& setup);
 
 }  // namespace sorvik

@@ -12,8 +12,9 @@
 namespace sorvik::codecs {
 namespace {
 
-// libdeflate's scale goes to 12; its last three levels cost many times what they save.
-constexpr std::array<int, 10> libdeflateLevels{0, 1, 2, 3, 4, 5, 6, 8, 9, 12};
+// Filtered photographs are what takes long: of 12 megapixels 2 takes 0.35 s, 4 0.45 s for 3 percent less,
+// 6 1.1 s for 5 percent, 8 5 s for 9 percent.
+constexpr std::array<int, 10> libdeflateLevels{0, 1, 1, 2, 2, 2, 2, 4, 6, 8};
 
 constexpr std::uint32_t streamerLevel = 3;
 constexpr std::size_t outputPiece = 256 * 1024;

@@ -38,8 +38,9 @@ QString formatByteCount(std::int64_t bytes) {
         return QStringLiteral("1 byte");
     }
     // Rounding may carry a count into the next unit: there is no "1024 KB".
-    const auto* unit = std::ranges::find_if(units.begin(), units.end() - 1,
-                                            [&](const Unit& u) { return roundedTenths(count, u) < step * 10; });
+    const auto* unit = std::ranges::find_if(units.begin(), units.end() - 1, [&](const Unit& u) {
+        return count < step * u.bytes && roundedTenths(count, u) < step * 10;
+    });
     const std::int64_t tenths = roundedTenths(count, *unit);
     QString text = QString::number(tenths / 10);
     if (tenths % 10 != 0) {

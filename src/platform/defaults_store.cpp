@@ -41,18 +41,34 @@ bool isPassing(int errorNumber) {
     return std::ranges::find(passing, errorNumber) != passing.end();
 }
 
+bool parses(const QString& path) {
+    const QSettings settings(path, QSettings::IniFormat);
+    static_cast<void>(settings.allKeys());  // sections are parsed on first use
+    return settings.status() != QSettings::FormatError;
+}
+
 bool isDamaged(const QString& path) {
     FileError error;
     const std::optional<QByteArray> bytes = readFile(path, &error);
     if (!bytes) {
         return error.errorNumber != ENOENT && !isPassing(error.errorNumber);
     }
-    return !isText(*bytes) || QSettings(path, QSettings::IniFormat).status() == QSettings::FormatError;
+    return !isText(*bytes) || !parses(path);
+}
+
+/// Two damaged files of one second are both kept.
+QString freeNameBeside(const QString& path) {
+    const QString time = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMddHHmmss"));
+    const QString first = path + QStringLiteral(".damaged-") + time;
+    QString name = first;
+    for (int number = 2; QFileInfo::exists(name); ++number) {
+        name = first + QLatin1Char('-') + QString::number(number);
+    }
+    return name;
 }
 
 void moveAside(const QString& path) {
-    const QString time = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMddHHmmss"));
-    const QString aside = path + QStringLiteral(".damaged-") + time;
+    const QString aside = freeNameBeside(path);
     const bool moved = QFile::rename(path, aside);
     logLine(moved ? QStringLiteral("Settings file %1 is damaged and was moved to %2").arg(path, aside)
                   : QStringLiteral("Settings file %1 is damaged and could not be moved aside").arg(path));

@@ -16,16 +16,22 @@ struct FileError {
 
 /// Puts `bytes` at `path`, all of them or none: a hidden temporary file ".sorvik_..." in the same folder is
 /// written (every count checked), synced and renamed over the path, then the folder is synced. A
-/// reader sees the old content or the new one. Keeps the mode of a file that stands there; a new file gets
-/// 0666 less the umask. A path that is a link to a file puts the content into the link's target.
-/// Names of 255 bytes work. Leaves nothing behind on failure. Absent result means success. Blocks.
+/// reader sees the old content or the new one. Keeps the mode of a file that stands there and, where this
+/// process may, its owner and group; a new file gets 0666 less the umask. A path that is a link to a file
+/// puts the content into the link's target; a link to nothing is an error, and so are a file without
+/// write permission and what is no regular file. Names of 255 bytes work. Leaves nothing behind on failure.
+/// Absent result means success. Blocks.
 [[nodiscard]] std::optional<FileError> writeAtomically(const QString& path, const QByteArray& bytes);
 
-/// The whole content of a regular file. On failure an empty result and, if given, `error` set.
+/// The whole content of a regular file; a FIFO is never waited for. On failure an empty result and, if
+/// given, `error` set.
 [[nodiscard]] std::optional<QByteArray> readFile(const QString& path, FileError* error = nullptr);
 
-/// Moves a file over whatever stands at `to`, also between file systems (then by a copy that is written
-/// aside, synced and renamed, before the source is removed). Absent result means success.
+/// Moves a regular file over what stands at `to`, also between file systems (then by a copy that is written
+/// aside, synced and renamed, before the source is removed). For `to` the rules of writeAtomically hold: links,
+/// permissions, and the mode and owner of a replaced file, which go over to the new one; where nothing stands,
+/// the file keeps its own. The content is on the disk before the rename. Absent result means success,
+/// also when only the source of a copy could not be removed. Blocks.
 [[nodiscard]] std::optional<FileError> moveFile(const QString& from, const QString& to);
 
 /// Size in bytes; absent with `error` set when the file's attributes can't be read.

@@ -29,7 +29,7 @@ public:
     [[nodiscard]] QString generateUniquePath(const QString& prefix, const QString& extension);
 
     /// Creates an empty file, readable and writable by its owner only. The caller deletes it when done.
-    /// Blocks for up to 526 ms over ten attempts, then throws TemporaryFileError with the system's reason.
+    /// Blocks for up to 426 ms over ten attempts, then throws TemporaryFileError with the system's reason.
     [[nodiscard]] QString createUniqueTempFile(const QString& prefix, const QString& extension);
 
     /// Deletes a file that was handed out; a failure is ignored.

@@ -12,6 +12,7 @@
 #include "codecs/byte_sink.h"
 #include "codecs/descriptor_io.h"
 #include "codecs/little_endian.h"
+#include "codecs/row_counter.h"
 #include "codecs/samples.h"
 
 namespace sorvik::codecs {
@@ -118,6 +119,7 @@ public:
     BmpWriter(int fileDescriptor, const PixelLayout& layout, const PictureMetadata& metadata)
         : fileDescriptor_(fileDescriptor),
           layout_(layout),
+          counter_(layout.height),
           shape_(shapeOf(layout, metadata)),
           band_(std::max<std::size_t>(1, bandBytes / shape_.stride) * shape_.stride),
           bandStart_(band_.size()) {
@@ -131,40 +133,34 @@ public:
     }
 
     void writeRows(const std::byte* rows, std::size_t stride, std::uint32_t count) override {
-        if (count > layout_.height - taken_) {
-            throw std::logic_error("more rows than the picture has");
-        }
         for (std::uint32_t y = 0; y < count; ++y) {
             if (bandStart_ == 0) {
                 writeBand();
             }
+            counter_.take(1);
             bandStart_ -= shape_.stride;
             convertRow(rows + y * stride, layout_, band_.data() + bandStart_);
-            ++taken_;
         }
     }
 
     void finish() override {
-        if (taken_ != layout_.height) {
-            throw std::logic_error("fewer rows than the picture has");
-        }
+        counter_.requireAll();
         writeBand();
     }
 
 private:
     void writeBand() {
-        const std::size_t rowsBelow = layout_.height - taken_;
         writeAllAt(fileDescriptor_, std::span(band_).subspan(bandStart_),
-                   shape_.pixelsOffset + rowsBelow * shape_.stride);
+                   shape_.pixelsOffset + counter_.left() * shape_.stride);
         bandStart_ = band_.size();
     }
 
     int fileDescriptor_;
     PixelLayout layout_;
+    RowCounter counter_;
     BmpShape shape_;
     std::vector<std::byte> band_;
-    std::size_t bandStart_;    ///< of the rows gathered, within the band
-    std::uint32_t taken_ = 0;  ///< rows
+    std::size_t bandStart_;  ///< of the rows gathered, within the band
 };
 
 }  // namespace

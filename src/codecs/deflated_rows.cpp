@@ -1,6 +1,5 @@
 #include "codecs/deflated_rows.h"
 
-#include <stdexcept>
 #include <utility>
 
 namespace sorvik::codecs {
@@ -10,6 +9,7 @@ DeflatedRows::DeflatedRows(const RowShape& shape, RowFiltering filtering, int le
       filtering_(filtering),
       level_(level),
       output_(std::move(output)),
+      counter_(shape.rows),
       filter_(shape.rowBytes, shape.bytesPerPixel) {
     if (fitsWholeBuffer(shape)) {
         filtered_ = ByteBlock(shape.filteredBytes());
@@ -20,10 +20,7 @@ DeflatedRows::DeflatedRows(const RowShape& shape, RowFiltering filtering, int le
 }
 
 void DeflatedRows::addRow(const std::byte* row) {
-    if (added_ == shape_.rows) {
-        throw std::logic_error("more rows than the picture has");
-    }
-    ++added_;
+    counter_.take(1);
     std::byte* filtered = filtered_.data() + filtered_.size();
     if (filtering_ == RowFiltering::byRow) {
         filter_.filter(row, filtered);
@@ -38,9 +35,7 @@ void DeflatedRows::addRow(const std::byte* row) {
 }
 
 void DeflatedRows::finish() {
-    if (added_ != shape_.rows) {
-        throw std::logic_error("fewer rows than the picture has");
-    }
+    counter_.requireAll();
     if (streamer_) {
         streamer_->finish();
     } else {

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "codecs/byte_block.h"
+#include "codecs/row_counter.h"
 #include "codecs/row_filter.h"
 #include "codecs/zlib_stream.h"
 
@@ -48,8 +49,8 @@ private:
     RowFiltering filtering_;
     int level_;
     ByteOutput output_;
+    RowCounter counter_;
     RowFilter filter_;
-    std::uint32_t added_ = 0;
     ByteBlock filtered_;  ///< the whole picture, or one row when it is streamed
     std::unique_ptr<ZlibStreamer> streamer_;
 };

@@ -3,11 +3,11 @@
 #include <isa-l/igzip_lib.h>
 
 #include <cstring>
-#include <stdexcept>
 #include <vector>
 
 #include "codecs/intermediate_format.h"
 #include "codecs/png_metadata.h"
+#include "codecs/row_counter.h"
 #include "codecs/samples.h"
 
 namespace sorvik::codecs {
@@ -23,6 +23,7 @@ public:
     IntermediatePngWriter(ByteSink& sink, const PixelLayout& layout, const PictureMetadata& metadata)
         : sink_(sink),
           layout_(layout),
+          counter_(layout.height),
           chunk_(fullChunkSize),
           swapped_(layout.bitsPerSample == 16 ? layout.rowBytes() : 0) {
         writePngHeader(sink_, layout, pngColour(layout), layout.bitsPerSample);
@@ -32,10 +33,7 @@ public:
     }
 
     void writeRows(const std::byte* rows, std::size_t stride, std::uint32_t count) override {
-        if (count > layout_.height - written_) {
-            throw std::logic_error("more rows than the picture has");
-        }
-        written_ += count;
+        counter_.take(count);
         for (std::uint32_t y = 0; y < count; ++y) {
             constexpr std::byte noFilter{0};
             put({&noFilter, 1});
@@ -44,9 +42,7 @@ public:
     }
 
     void finish() override {
-        if (written_ != layout_.height) {
-            throw std::logic_error("fewer rows than the picture has");
-        }
+        counter_.requireAll();
         writeBlock(true);
         writeChunk(sink_, pixelChunk, bigEndian32(adler_));
         writeChunk(sink_, chunkType("IEND"), {});
@@ -91,11 +87,11 @@ private:
 
     ByteSink& sink_;
     PixelLayout layout_;
+    RowCounter counter_;
     std::vector<std::byte> chunk_;    ///< one IDAT chunk with one stored block
     std::vector<std::byte> swapped_;  ///< one row, for 16-bit samples
     std::size_t filled_ = 0;          ///< bytes of the block's data
     std::uint32_t adler_ = 1;
-    std::uint32_t written_ = 0;
 };
 
 }  // namespace

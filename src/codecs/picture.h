@@ -31,6 +31,7 @@ struct PictureMetadata {
     std::vector<std::byte> iptc;  ///< IPTC-IIM records (the contents of Photoshop resource 0x0404)
     double dotsPerInchX = 0;      ///< 0 when unknown
     double dotsPerInchY = 0;
+    bool operator==(const PictureMetadata&) const = default;
 };
 
 /// Takes the rows of one picture from the top down, any number at a time.

@@ -1,7 +1,6 @@
 #include "codecs/png_writer.h"
 
 #include <optional>
-#include <stdexcept>
 #include <vector>
 
 #include "codecs/deflated_rows.h"
@@ -9,6 +8,7 @@
 #include "codecs/palette.h"
 #include "codecs/png_chunks.h"
 #include "codecs/png_metadata.h"
+#include "codecs/row_counter.h"
 #include "codecs/samples.h"
 
 namespace sorvik::codecs {
@@ -72,7 +72,12 @@ std::vector<std::byte> compressIndices(const IndexedPicture& picture, const Pixe
 class KeptPngWriter final : public RowWriter {
 public:
     KeptPngWriter(ByteSink& sink, const PixelLayout& layout, const PictureMetadata& metadata, int level)
-        : sink_(sink), layout_(layout), metadata_(metadata), level_(level), fileOrder_(layout.rowBytes()) {
+        : sink_(sink),
+          layout_(layout),
+          counter_(layout.height),
+          metadata_(metadata),
+          level_(level),
+          fileOrder_(layout.rowBytes()) {
         if (mayUsePalette(layout, metadata)) {
             palette_.emplace(layout);
         } else {
@@ -81,12 +86,14 @@ public:
     }
 
     void writeRows(const std::byte* rows, std::size_t stride, std::uint32_t count) override {
+        counter_.take(count);
         for (std::uint32_t y = 0; y < count; ++y) {
             writeRow(rows + y * stride);
         }
     }
 
     void finish() override {
+        counter_.requireAll();
         if (palette_) {
             finishPalette();
         } else {
@@ -127,9 +134,6 @@ private:
     }
 
     void finishPalette() {
-        if (palette_->rowCount() != layout_.height) {
-            throw std::logic_error("fewer rows than the picture has");
-        }
         const IndexedPicture picture = palette_->take();
         writePngHeader(sink_, layout_, PngColour::palette, picture.bitDepth);
         writePngMetadata(sink_, layout_, metadata_, level_);
@@ -139,6 +143,7 @@ private:
 
     ByteSink& sink_;
     PixelLayout layout_;
+    RowCounter counter_;
     PictureMetadata metadata_;
     int level_;
     std::vector<std::byte> fileOrder_;         ///< one row

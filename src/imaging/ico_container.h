@@ -21,7 +21,8 @@ struct IcoFrame {
 };
 
 /// The frames of an icon file in the order of its directory. Entries whose data lie outside the file
-/// or whose own header makes no sense are left out; bytes that are no icon file give no frame.
+/// or whose own header makes no sense are left out, as are those that would bring the frames together to
+/// more than four times the file; bytes that are no icon file give no frame.
 [[nodiscard]] std::vector<IcoFrame> readIco(const QByteArray& file);
 
 /// A file that any decoder of its kind reads: the PNG as it is, or an icon file of this one frame.

@@ -71,12 +71,15 @@ std::optional<TiffDirectory> readTiffDirectoryAt(std::span<const std::byte> stre
         return std::nullopt;
     }
     const ByteReader reader(stream, order);
-    TiffDirectory directory{order, big, {}, 0};
+    TiffDirectory directory{order, big, {}, {}, 0};
     const std::uint64_t room = (stream.size() - start - shape.countSize) / shape.entrySize;
     const std::uint64_t count = reader.unsignedAt(start, shape.countSize);
     for (std::uint64_t i = 0; i < std::min<std::uint64_t>({count, room, 65535}); ++i) {
-        if (const auto entry = readEntry(reader, shape, start + shape.countSize + i * shape.entrySize)) {
+        const std::uint64_t place = start + shape.countSize + i * shape.entrySize;
+        if (const auto entry = readEntry(reader, shape, place)) {
             directory.entries.push_back(*entry);
+        } else {
+            directory.cutOffTags.push_back(reader.u16(place));
         }
     }
     const std::uint64_t end = start + shape.countSize + std::min(count, room) * shape.entrySize;

@@ -22,9 +22,10 @@ struct TiffEntry {
 /// A directory of a TIFF stream.
 struct TiffDirectory {
     std::endian order = std::endian::little;
-    bool big = false;                ///< BigTIFF
-    std::vector<TiffEntry> entries;  ///< those whose type is known and whose values lie in the stream
-    std::uint64_t nextPlace = 0;     ///< where the offset of the next directory is stored; 0 when cut off
+    bool big = false;                       ///< BigTIFF
+    std::vector<TiffEntry> entries;         ///< those whose type is known and whose values lie in the stream
+    std::vector<std::uint16_t> cutOffTags;  ///< of the entries left out
+    std::uint64_t nextPlace = 0;            ///< where the offset of the next directory is stored; 0 when cut off
 
     [[nodiscard]] const TiffEntry* find(std::uint16_t tag) const;
 };

@@ -128,10 +128,20 @@ Bytes beginningOf(const codecs::PictureMetadata& metadata) {
     return {std::byte{'I'}, std::byte{'I'}, std::byte{42}, {}, {}, {}, {}, {}};
 }
 
+/// Readers complain of an EXIF or GPS directory without entries.
+bool pointsNowhere(std::span<const std::byte> beginning, const TiffDirectory& directory, const TiffEntry& entry) {
+    if (entry.tag != 34665 && entry.tag != 34853) {
+        return false;
+    }
+    const auto pointed =
+        readTiffDirectoryAt(beginning, directory.order, false, firstNumber(beginning, directory, entry.tag));
+    return !pointed || pointed->entries.empty();
+}
+
 std::vector<Field> carriedFields(std::span<const std::byte> beginning, const TiffDirectory& directory) {
     std::vector<Field> fields;
     for (const TiffEntry& entry : directory.entries) {
-        if (std::ranges::binary_search(carriedTags, entry.tag)) {
+        if (std::ranges::binary_search(carriedTags, entry.tag) && !pointsNowhere(beginning, directory, entry)) {
             const auto value = beginning.subspan(static_cast<std::size_t>(entry.place) + 8, 4);
             fields.push_back({entry.tag, entry.type, static_cast<std::uint32_t>(entry.count),
                               Bytes(value.begin(), value.end()), true});

@@ -6,6 +6,7 @@
 
 #include "codecs/intermediate_png.h"
 #include "imaging/sips/byte_reader.h"
+#include "imaging/sips/completeness.h"
 #include "imaging/sips/failure.h"
 #include "imaging/sips/full/intermediate_image.h"
 #include "imaging/sips/full/vips_library.h"
@@ -139,6 +140,9 @@ LoadedPicture loadPicture(ContentKind kind, const InputFile& input) {
         }
     }
     requireClaimDecodable(kind, input.bytes());
+    if (isCutOff(kind, input.bytes())) {
+        throw Failure(Status::failed, "truncated picture");
+    }
     if (loader->module != nullptr) {
         loadVipsModule(loader->module);
     }

@@ -11,7 +11,6 @@
 
 #include "core/compression_values.h"
 #include "core/file_processing_view_model.h"
-#include "core/finish_conversion.h"
 #include "core/output_naming.h"
 #include "core/vocabulary/path_names.h"
 #include "engines/source_check.h"
@@ -23,9 +22,6 @@ namespace {
 
 constexpr double conversionQuality = 1.0;
 constexpr int cacheClearInterval = 10;  // files
-
-template <typename T>
-using Attempt = std::variant<T, ConversionError>;
 
 /// Runs work in the pool; what it throws comes back as a value, since it has to cross threads.
 template <typename Work>
@@ -106,11 +102,8 @@ QCoro::Task<> ConversionBatch::runAll() {
     const std::vector<WorkItem> work = collectWork();
     total_ = static_cast<int>(work.size());
     context_ = makeBatchContext(model_.files_, model_.settings_, removeMetadata_, model_.engine_.hasImageMagick());
-    co_await QtConcurrent::run(&model_.pool_, [folders = context_.outputDirectories] {
-        for (const QString& folder : folders) {
-            QDir().mkpath(folder);
-        }
-    });
+    const QFuture<void> folders = makeFolders();
+    co_await folders;
     std::vector<QCoro::Task<>> children;
     children.reserve(work.size());
     for (const WorkItem& item : work) {
@@ -163,6 +156,14 @@ std::optional<qsizetype> ConversionBatch::indexOf(const WorkItem& work) const {
     return model_.indexOf(work.item.id, work.index);
 }
 
+QFuture<void> ConversionBatch::makeFolders() const {
+    return QtConcurrent::run(&model_.pool_, [folders = context_.outputDirectories] {
+        for (const QString& folder : folders) {
+            QDir().mkpath(folder);  // a failure shows in the rows
+        }
+    });
+}
+
 QCoro::Task<> ConversionBatch::child(WorkItem work) {
     co_await semaphore_.wait();
     if (!cancelled_) {
@@ -174,10 +175,9 @@ QCoro::Task<> ConversionBatch::child(WorkItem work) {
 QCoro::Task<> ConversionBatch::runRow(const WorkItem& work) {
     if (!work.item.inputFormat || !work.item.outputFormat) {
         skip(work);
-    } else if (const auto error = co_await processFile(work)) {
-        countFailure(work, *error);
     } else {
-        countSuccess(work);
+        const std::optional<ConversionError> error = co_await processFile(work);
+        error ? countFailure(work, *error) : countSuccess(work);
     }
     reportProgress(work.item.name());
     const int completed = succeeded_ + failed_;
@@ -190,17 +190,62 @@ QCoro::Task<> ConversionBatch::runRow(const WorkItem& work) {
 }
 
 QCoro::Task<std::optional<ConversionError>> ConversionBatch::processFile(const WorkItem& work) {
+    const QFuture<Attempt<Converted>> conversion = startConverting(work);
+    const Attempt<Converted> attempt = co_await conversion;
+    if (const auto* error = std::get_if<ConversionError>(&attempt)) {
+        co_return *error;
+    }
+    if (!indexOf(work)) {
+        co_return std::nullopt;
+    }
+    const Converted& converted = std::get<Converted>(attempt);
+    const FinishJob job = makeFinishJob(work, converted);
+    OutputLanes::Pass pass(lanes_, converted.folder + u'/' + fileName(job.outputPath).toString());
+    co_await pass.turn();
+    const QFuture<Attempt<FinishedFile>> finishing = startFinishing(job);
+    const Attempt<FinishedFile> finished = co_await finishing;
+    if (const auto* error = std::get_if<ConversionError>(&finished)) {
+        co_return *error;
+    }
+    applyFinished(work, std::get<FinishedFile>(finished));
+    co_return std::nullopt;
+}
+
+QFuture<Attempt<ConversionBatch::Converted>> ConversionBatch::startConverting(const WorkItem& work) {
     if (const auto index = indexOf(work)) {
         model_.changeFile(*index, [](FileItem& item) { item.conversionStatus = ConversionStatus::converting; });
     }
     const QString output =
         outputPath(work.item.path(), *work.item.outputFormat, model_.settings_, context_.hasImageMagick);
-    const auto attempt =
-        co_await inPool(model_.pool_, [this, item = work.item, output] { return convert(item, output); });
-    if (const auto* error = std::get_if<ConversionError>(&attempt)) {
-        co_return *error;
+    return inPool(model_.pool_, [this, item = work.item, output] { return convert(item, output); });
+}
+
+FinishJob ConversionBatch::makeFinishJob(const WorkItem& work, const Converted& converted) const {
+    FinishJob job;
+    job.sourcePath = work.item.path();
+    job.source = converted.source;
+    job.format = *work.item.outputFormat;
+    job.outputPath = outputPath(job.sourcePath, job.format, model_.settings_, context_.hasImageMagick);
+    job.bytes = converted.bytes;
+    if (wantsCompression(job.format, model_.settings_) && model_.engine_.hasImageMagick()) {
+        job.compression = compressionValue(job.format, model_.settings_);
     }
-    co_return co_await finishConversion(work, std::get<Converted>(attempt));
+    return job;
+}
+
+QFuture<Attempt<FinishedFile>> ConversionBatch::startFinishing(const FinishJob& job) const {
+    return inPool(model_.pool_, [this, job] { return finishFile(model_.engine_, job); });
+}
+
+void ConversionBatch::applyFinished(const WorkItem& work, const FinishedFile& finished) {
+    if (const auto index = indexOf(work)) {
+        model_.changeFile(*index, [&](FileItem& item) {
+            item.convertedSize = finished.convertedSize;
+            item.outputSize = finished.outputSize;
+            item.wasCompressed = finished.wasCompressed;
+        });
+        model_.updateFile(*index, true, std::nullopt);
+    }
 }
 
 ConversionBatch::Converted ConversionBatch::convert(const FileItem& item, const QString& output) const {
@@ -229,38 +274,6 @@ ConversionBatch::Converted ConversionBatch::convert(const FileItem& item, const 
             break;
     }
     return converted;
-}
-
-QCoro::Task<std::optional<ConversionError>> ConversionBatch::finishConversion(const WorkItem& work,
-                                                                              const Converted& converted) {
-    if (!indexOf(work)) {
-        co_return std::nullopt;
-    }
-    const ImageFormat format = *work.item.outputFormat;
-    const bool compress = wantsCompression(format, model_.settings_) && model_.engine_.hasImageMagick();
-    FinishJob job{work.item.path(),
-                  converted.source,
-                  outputPath(work.item.path(), format, model_.settings_, context_.hasImageMagick),
-                  format,
-                  converted.bytes,
-                  compress ? std::optional(compressionValue(format, model_.settings_)) : std::nullopt};
-    OutputLanes::Pass pass(lanes_, converted.folder + u'/' + fileName(job.outputPath).toString());
-    co_await pass.turn();
-    const auto attempt =
-        co_await inPool(model_.pool_, [this, job = std::move(job)] { return finishFile(model_.engine_, job); });
-    if (const auto* error = std::get_if<ConversionError>(&attempt)) {
-        co_return *error;
-    }
-    if (const auto index = indexOf(work)) {
-        const auto& finished = std::get<FinishedFile>(attempt);
-        model_.changeFile(*index, [&](FileItem& item) {
-            item.convertedSize = finished.convertedSize;
-            item.outputSize = finished.outputSize;
-            item.wasCompressed = finished.wasCompressed;
-        });
-        model_.updateFile(*index, true, std::nullopt);
-    }
-    co_return std::nullopt;
 }
 
 void ConversionBatch::skip(const WorkItem& work) {

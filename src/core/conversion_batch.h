@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QCoroTask>
+#include <QFuture>
 #include <QSet>
 #include <QString>
 #include <QUuid>
@@ -8,12 +9,14 @@
 #include <chrono>
 #include <memory>
 #include <optional>
+#include <variant>
 #include <vector>
 
 #include "core/app_settings.h"
 #include "core/async_semaphore.h"
 #include "core/batch_engine.h"
 #include "core/file_item.h"
+#include "core/finish_conversion.h"
 #include "core/output_lanes.h"
 #include "platform/files.h"
 #include "services/performance_instrumentation.h"
@@ -40,6 +43,10 @@ struct BatchContext {
 
 /// The closing sentence of a conversion; absent when there is nothing to say.
 [[nodiscard]] std::optional<QString> conversionSummary(int succeeded, int failed, bool cancelled);
+
+/// The result of work in the pool: a value, or what the work has thrown.
+template <typename T>
+using Attempt = std::variant<T, ConversionError>;
 
 /// One run over the rows of a view model that are not processed: a child task a row, all made at once and
 /// held back by a semaphore. Main context only; the work that blocks runs in the view model's pool.
@@ -70,7 +77,13 @@ private:
     QCoro::Task<> child(WorkItem work);
     QCoro::Task<> runRow(const WorkItem& work);
     QCoro::Task<std::optional<ConversionError>> processFile(const WorkItem& work);
-    QCoro::Task<std::optional<ConversionError>> finishConversion(const WorkItem& work, const Converted& converted);
+    // The coroutines above hold plain values only; what runs in the pool is put together below, since
+    // g++ 12 destroys the captures of a lambda twice that stands inside a co_await expression.
+    [[nodiscard]] QFuture<void> makeFolders() const;
+    [[nodiscard]] QFuture<Attempt<Converted>> startConverting(const WorkItem& work);
+    [[nodiscard]] QFuture<Attempt<FinishedFile>> startFinishing(const FinishJob& job) const;
+    [[nodiscard]] FinishJob makeFinishJob(const WorkItem& work, const Converted& converted) const;
+    void applyFinished(const WorkItem& work, const FinishedFile& finished);
     [[nodiscard]] Converted convert(const FileItem& item, const QString& output) const;
 
     void begin();

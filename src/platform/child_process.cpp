@@ -63,6 +63,10 @@ int visibleObstacle(const ChildSetup& setup) {
     return access(QFile::encodeName(setup.executable).constData(), X_OK) == 0 ? 0 : errno;
 }
 
+/// Whatever a library or our own parent left inheritable stays out of the child. Runs in the child, in
+/// the memory of this process: nothing but a system call.
+void shutStrayDescriptors() { close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC); }
+
 void prepare(QProcess& process, const ChildSetup& setup) {
     process.setProgram(setup.executable);
     process.setArguments(setup.arguments);
@@ -70,6 +74,7 @@ void prepare(QProcess& process, const ChildSetup& setup) {
     if (setup.environment) {
         process.setProcessEnvironment(childEnvironment(*setup.environment));
     }
+    process.setChildProcessModifier(shutStrayDescriptors);
     process.setStandardInputFile(QProcess::nullDevice());
     if (setup.output == ChildSetup::Output::discarded) {
         process.setStandardOutputFile(QProcess::nullDevice());
@@ -120,10 +125,6 @@ ChildResult runChild(const ChildSetup& setup) {
     if (const int obstacle = visibleObstacle(setup); obstacle != 0) {
         return notStarted(systemWords(obstacle));
     }
-    // Whatever a library or our own parent left inheritable stays out of the child. Done here rather than
-    // between fork and exec, as a hook there would cost QProcess its vfork.
-    close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
-
     QProcess process;
     prepare(process, setup);
     process.start(QIODevice::ReadOnly);

@@ -119,12 +119,14 @@ TEST(ChildProcess, FailsWithoutDescriptorsAndRecovers) {
 TEST(ChildProcess, MixesBothStreamsInOrder) { EXPECT_EQ(run("mixed").output, QByteArray("outerrouterrouterr")); }
 
 TEST(ChildProcess, KeepsOnlyTheTailOfAFlood) {
-    const long before = peakMemory();
+    [[maybe_unused]] const long before = peakMemory();
     const ChildResult result = run("flood 200000000");
     EXPECT_TRUE(result.succeeded());
     EXPECT_EQ(result.output.size(), childOutputLimit);
     EXPECT_TRUE(result.output.endsWith("xxthe end"));
+#ifndef __SANITIZE_ADDRESS__  // which keeps freed memory for a while
     EXPECT_LT(peakMemory() - before, 16 * 1024);
+#endif
 }
 
 TEST(ChildProcess, DiscardsBothStreams) {

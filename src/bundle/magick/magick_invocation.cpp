@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <iterator>
+#include <system_error>
 
 namespace sorvik::bundle {
 
@@ -40,7 +40,9 @@ void execute(const MagickInvocation& invocation) {
 
     execv(invocation.program.c_str(), argv.data());
     const int error = errno;
-    std::fprintf(stderr, "magick: %s can't be started: %s\n", invocation.program.c_str(), std::strerror(error));
+    const std::string line =
+        "magick: " + invocation.program + " can't be started: " + std::generic_category().message(error) + "\n";
+    static_cast<void>(std::fputs(line.c_str(), stderr));
     _exit(error == ENOENT ? statusNotFound : statusNotExecutable);
 }
 

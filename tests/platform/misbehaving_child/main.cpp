@@ -1,21 +1,7 @@
 // A tool at its worst, for the tests of those who run tools: one verb a fault.
-//
-//   echo ARGUMENT...      the arguments, each with a NUL behind it
-//   exit STATUS
-//   crash
-//   flood BYTES           on standard error, all of one kind
-//   mixed                 "out" and "err" in turn on both streams
-//   deaf MILLISECONDS     closes its streams and goes on, then exits with 7
-//   fork MILLISECONDS     leaves a child that holds the streams open
-//   forkflood MILLISECONDS  leaves a child that floods them
-//   write PATH            a file, and exits with 0
-//   environment NAME      its value
-//   cwd
-//   input                 what it reads from standard input, and "end"
-//   descriptors           the open ones above the three standard ones
 
-#include <sys/types.h>
 #include <unistd.h>
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -31,8 +17,11 @@ namespace {
 
 using Arguments = std::vector<std::string>;
 
+const std::string block(1 << 16, 'x');
+
 void pauseFor(const std::string& milliseconds) { usleep(static_cast<useconds_t>(std::stoul(milliseconds)) * 1000); }
 
+// Each argument, with a NUL behind it.
 int echo(const Arguments& arguments) {
     for (const std::string& argument : arguments) {
         std::cout << argument << '\0';
@@ -40,14 +29,10 @@ int echo(const Arguments& arguments) {
     return 0;
 }
 
-int crash(const Arguments&) { return std::raise(SIGKILL); }
-
+// So many bytes on standard error.
 int flood(const Arguments& arguments) {
-    const std::string block(1 << 16, 'x');
-    for (auto left = std::stoull(arguments.at(0)); left > 0;) {
-        const auto count = std::min<unsigned long long>(left, block.size());
-        std::fwrite(block.data(), 1, count, stderr);
-        left -= count;
+    for (auto left = std::stoul(arguments.at(0)); left > 0;) {
+        left -= std::fwrite(block.data(), 1, std::min(left, block.size()), stderr);
     }
     std::fputs("the end", stderr);
     return 0;
@@ -61,6 +46,7 @@ int mixed(const Arguments&) {
     return 0;
 }
 
+// Closes its streams and goes on for so many milliseconds.
 int deaf(const Arguments& arguments) {
     for (int stream = 0; stream < 3; ++stream) {
         close(stream);
@@ -69,6 +55,7 @@ int deaf(const Arguments& arguments) {
     return 7;
 }
 
+// Leaves a child that holds the streams open for so many milliseconds.
 int leaveChild(const Arguments& arguments) {
     if (fork() == 0) {
         pauseFor(arguments.at(0));
@@ -78,19 +65,14 @@ int leaveChild(const Arguments& arguments) {
     return 3;
 }
 
-int leaveFloodingChild(const Arguments& arguments) {
+// Leaves a child that floods them for so many seconds.
+int leaveFlood(const Arguments& arguments) {
     if (fork() == 0) {
-        alarm(static_cast<unsigned>(std::stoul(arguments.at(0)) / 1000));
-        const std::string block(1 << 16, 'y');
+        alarm(static_cast<unsigned>(std::stoul(arguments.at(0))));
         while (write(STDOUT_FILENO, block.data(), block.size()) > 0) {
         }
     }
     return 3;
-}
-
-int writeFile(const Arguments& arguments) {
-    std::ofstream(arguments.at(0)) << "written";
-    return 0;
 }
 
 int environment(const Arguments& arguments) {
@@ -105,12 +87,13 @@ int cwd(const Arguments&) {
 }
 
 int input(const Arguments&) {
-    std::cout << std::cin.rdbuf();
-    std::cout.clear();  // an empty input counts as a failure of the output
-    std::cout << "end";
+    std::string text;
+    std::getline(std::cin, text);
+    std::cout << text << "end";
     return 0;
 }
 
+// The open ones above the three standard ones.
 int descriptors(const Arguments&) {
     for (int number = 3; number < 1024; ++number) {
         if (dup2(number, number) == number) {
@@ -121,19 +104,19 @@ int descriptors(const Arguments&) {
 }
 
 const std::map<std::string, std::function<int(const Arguments&)>> verbs{
-    {"echo", echo},
-    {"exit", [](const Arguments& arguments) { return std::stoi(arguments.at(0)); }},
-    {"crash", crash},
-    {"flood", flood},
-    {"mixed", mixed},
-    {"deaf", deaf},
-    {"fork", leaveChild},
-    {"forkflood", leaveFloodingChild},
-    {"write", writeFile},
-    {"environment", environment},
+    {"crash", [](const Arguments&) { return std::raise(SIGKILL); }},
     {"cwd", cwd},
-    {"input", input},
+    {"deaf", deaf},
     {"descriptors", descriptors},
+    {"echo", echo},
+    {"environment", environment},
+    {"exit", [](const Arguments& arguments) { return std::stoi(arguments.at(0)); }},
+    {"flood", flood},
+    {"input", input},
+    {"leave", leaveChild},
+    {"leaveflood", leaveFlood},
+    {"mixed", mixed},
+    {"write", [](const Arguments& arguments) { return std::ofstream(arguments.at(0)) << "written" ? 0 : 1; }},
 };
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include "platform/bundle.h"
 #include "platform/byte_count.h"
-#include "platform/log.h"
 
 #include <QDir>
 #include <QFile>
@@ -9,8 +8,6 @@
 #include <gtest/gtest.h>
 #include <array>
 #include <limits>
-#include <thread>
-#include <vector>
 
 namespace sorvik {
 namespace {
@@ -61,26 +58,6 @@ TEST(Bundle, FindsOnlyWhatIsThere) {
     QFile::link(QStringLiteral("/nowhere"), resources + QStringLiteral("/dangling"));
     EXPECT_EQ(bundle.resource(QStringLiteral("gs")), tool);
     EXPECT_FALSE(bundle.resource(QStringLiteral("dangling")));
-}
-
-TEST(Log, HandsWholeLinesToOneSinkAtATime) {
-    QStringList lines;
-    setLogSink([&lines](const QString& line) { lines << line; });
-    std::vector<std::thread> threads;
-    for (int thread = 0; thread < 4; ++thread) {
-        threads.emplace_back([] {
-            for (int i = 0; i < 100; ++i) {
-                logLine(QStringLiteral("⏱️ line"));
-            }
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-    setLogSink({});
-    logLine(QStringLiteral("unheard"));
-    EXPECT_EQ(lines.size(), 400);
-    EXPECT_EQ(lines.count(QStringLiteral("⏱️ line")), 400);
 }
 
 }  // namespace

@@ -3,10 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+
+#include <cstdlib>
 
 #include "engines/file_replacement.h"
 #include "engines/image_signature.h"
@@ -194,8 +197,21 @@ TEST(DestinationCheck, SeesWhatStandsInTheWay) {
     EXPECT_FALSE(checkDestination(folder.filePath(QStringLiteral("b.png"))));
     EXPECT_EQ(checkDestination(folder.filePath(QStringLiteral("gone/b.png")))->sentence(),
               QStringLiteral("The file could not be found. It may have been moved or deleted."));
-    EXPECT_EQ(checkDestination(QStringLiteral("/proc/b.png"))->sentence(),
-              QStringLiteral("Permission denied. Please check that you have access to this file."));
+}
+
+TEST(DestinationCheck, SeesAFolderThatMayNotBeWrittenTo) {
+    const QTemporaryDir folder;
+    ASSERT_EQ(chmod(folder.path().toLocal8Bit().constData(), 0555), 0);
+    // Rights do not bind root: a child that has given them up looks.
+    EXPECT_EXIT(
+        {
+            const bool bound = getuid() != 0 || setuid(65534) == 0;
+            const auto refusal = checkDestination(folder.filePath(QStringLiteral("b.png")));
+            const bool said = refusal && refusal->sentence().startsWith(QStringLiteral("Permission denied."));
+            std::exit(bound && said ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+    ASSERT_EQ(chmod(folder.path().toLocal8Bit().constData(), 0755), 0);
 }
 
 }  // namespace

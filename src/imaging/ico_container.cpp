@@ -116,14 +116,16 @@ std::vector<IcoFrame> readIco(const QByteArray& file) {
     }
     const qsizetype entries = std::min<qsizetype>(readLittle<quint16>(file, 4), (file.size() - headerSize) / entrySize);
     std::vector<IcoFrame> frames;
-    qsizetype copied = 0;
+    qsizetype left = largestOverlap * file.size();
     for (qsizetype i = 0; i < entries; ++i) {
         const qsizetype start = headerSize + i * entrySize;
         const Entry entry{readLittle<quint16>(file, start + 6), readLittle<quint32>(file, start + 8),
                           readLittle<quint32>(file, start + 12)};
-        auto frame = readFrame(file, entry);
-        if (frame && copied + frame->data.size() <= largestOverlap * file.size()) {
-            copied += frame->data.size();
+        if (entry.size > left) {
+            continue;
+        }
+        if (auto frame = readFrame(file, entry)) {
+            left -= frame->data.size();
             frames.push_back(*std::move(frame));
         }
     }

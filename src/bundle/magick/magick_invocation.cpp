@@ -42,7 +42,7 @@ void execute(const MagickInvocation& invocation) {
     const int error = errno;
     const std::string line =
         "magick: " + invocation.program + " can't be started: " + std::generic_category().message(error) + "\n";
-    static_cast<void>(std::fputs(line.c_str(), stderr));
+    std::fputs(line.c_str(), stderr);
     _exit(error == ENOENT ? statusNotFound : statusNotExecutable);
 }
 

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <utility>
 
 #include "imaging/sips/failure.h"
@@ -31,6 +32,14 @@ struct stat statusOf(int descriptor, const char* what) {
         throw Failure(Status::notARegularFile, std::string(what) + ": not a regular file");
     }
     return status;
+}
+
+int makeTemporary(std::string& pattern) {
+    const int number = ::mkostemp(pattern.data(), O_CLOEXEC);
+    if (number < 0) {
+        throw failureOf(errno, "the output");
+    }
+    return number;
 }
 
 }  // namespace
@@ -77,6 +86,34 @@ OutputFile::~OutputFile() {
     if (made_) {
         ::unlink(path_.c_str());
     }
+}
+
+ReplacementFile::ReplacementFile(const std::string& path)
+    // A name of its own: a long one of the target would leave no room for a suffix.
+    : path_(path),
+      temporary_(path.substr(0, path.rfind('/') + 1) + ".sips-XXXXXX"),
+      descriptor_(makeTemporary(temporary_)) {}
+
+ReplacementFile::~ReplacementFile() {
+    if (!temporary_.empty()) {
+        ::unlink(temporary_.c_str());
+    }
+}
+
+void ReplacementFile::replace() {
+    struct stat status {};
+    // The access rights stay those of the file that goes.
+    const bool known = ::stat(path_.c_str(), &status) == 0;
+    if ((known && ::fchmod(descriptor(), status.st_mode & 07777) != 0) || ::fsync(descriptor()) != 0) {
+        throw failureOf(errno, "the output");
+    }
+    if (const int error = descriptor_.close(); error != 0) {
+        throw failureOf(error, "the output");
+    }
+    if (::rename(temporary_.c_str(), path_.c_str()) != 0) {
+        throw failureOf(errno, "the output");
+    }
+    temporary_.clear();
 }
 
 void OutputFile::keep() {

@@ -70,4 +70,23 @@ private:
     bool made_ = false;
 };
 
+/// A new file beside `path` that takes its place when it is finished, and is removed otherwise.
+class ReplacementFile {
+public:
+    /// Throws Failure.
+    explicit ReplacementFile(const std::string& path);
+    ReplacementFile(const ReplacementFile&) = delete;
+    ReplacementFile& operator=(const ReplacementFile&) = delete;
+    ~ReplacementFile();
+
+    [[nodiscard]] int descriptor() const { return descriptor_.number(); }
+    /// Throws Failure; `path` then holds what it held before.
+    void replace();
+
+private:
+    std::string path_;
+    std::string temporary_;
+    Descriptor descriptor_;
+};
+
 }  // namespace sorvik::sips

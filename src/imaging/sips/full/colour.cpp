@@ -163,7 +163,8 @@ VImage withoutSpareBands(const VImage& image, int colours) {
 VImage fitColours(VImage image, const ColourTarget& target) {
     Family family = familyOf(image);
     if (family == Family::other) {
-        image = withoutProfile(image.colourspace(VIPS_INTERPRETATION_sRGB));
+        const bool shallow = image.format() == VIPS_FORMAT_UCHAR;
+        image = withoutProfile(image.colourspace(shallow ? VIPS_INTERPRETATION_sRGB : VIPS_INTERPRETATION_RGB16));
         family = Family::rgb;
     }
     image = withoutSpareBands(toWholeSamples(image), colourBands(family));

@@ -119,6 +119,12 @@ VImage loadIcon(const LoaderRow& loader, std::span<const std::byte> file) {
     return loadBytes(loader, file, optionsFor(ContentKind::ico)->set("page", icon.index));
 }
 
+/// libvips takes their black from the wrong place.
+bool isCmykPsd(std::span<const std::byte> bytes) {
+    constexpr std::uint16_t cmyk = 4;
+    return ByteReader(bytes, std::endian::big).u16(24) == cmyk;
+}
+
 }  // namespace
 
 bool loadsWhole(ContentKind kind) {
@@ -138,6 +144,9 @@ LoadedPicture loadPicture(ContentKind kind, const InputFile& input) {
         if (std::shared_ptr<codecs::IntermediatePng> png = codecs::IntermediatePng::open(input.descriptor())) {
             return {imageOf(png), png->metadata()};
         }
+    }
+    if (kind == ContentKind::psd && isCmykPsd(input.bytes())) {
+        throw Failure(Status::failed, "Photoshop files in CMYK can't be read");
     }
     requireClaimDecodable(kind, input.bytes());
     if (isCutOff(kind, input.bytes())) {

@@ -1,6 +1,9 @@
 #include "imaging/sips/full/vips_metadata.h"
 
 #include <cmath>
+#include <string>
+#include <string_view>
+#include <utility>
 
 #include "imaging/sips/byte_reader.h"
 #include "imaging/sips/full/exiv2_metadata.h"
@@ -37,6 +40,17 @@ std::vector<std::byte> iptcOf(const vips::VImage& image) {
     return !blob.empty() && blob[0] == recordMark ? copyOf(blob) : iptcOfPhotoshopBlock(blob);
 }
 
+/// In HEIC and AVIF the packet is one of several numbered texts.
+std::vector<std::byte> xmpOf(const vips::VImage& image) {
+    constexpr int mostTexts = 16;
+    auto packet = blobOf(image, VIPS_META_XMP_NAME);
+    for (int i = 0; packet.empty() && i < mostTexts; ++i) {
+        const auto text = blobOf(image, ("heif-mime-" + std::to_string(i)).c_str());
+        packet = textOf(text).find("xmpmeta") != std::string_view::npos ? text : packet;
+    }
+    return copyOf(packet);
+}
+
 /// libvips says one pixel a millimetre where a file says nothing.
 double dotsPerInch(double pixelsPerMillimetre) {
     constexpr double millimetresPerInch = 25.4;
@@ -56,7 +70,7 @@ codecs::PictureMetadata metadataOf(const vips::VImage& image, ContentKind kind, 
     codecs::PictureMetadata metadata;
     metadata.icc = profileOf(image);
     metadata.exif = exifOf(image);
-    metadata.xmp = copyOf(blobOf(image, VIPS_META_XMP_NAME));
+    metadata.xmp = xmpOf(image);
     metadata.iptc = iptcOf(image);
     metadata.dotsPerInchX = dotsPerInch(image.xres());
     metadata.dotsPerInchY = dotsPerInch(image.yres());

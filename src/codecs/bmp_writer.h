@@ -7,9 +7,11 @@
 
 namespace sorvik::codecs {
 
-/// Writes a Windows bitmap: 24 bits a pixel, top row first (negative height is avoided where a reader
-/// may not know it, so rows are placed by position in a seekable file), or 32 bits with a V5 header
-/// when there is alpha. Takes 8-bit layouts only. `fileDescriptor` must be seekable and stays the caller's.
+/// Writes a Windows bitmap from the start of the file: 8 bits a pixel for grey, 24 for colours, 32 with a
+/// V5 header where there is alpha. A profile for RGB is embedded, which takes a V5 header as well. Rows
+/// are stored from the bottom up, as every reader knows it, and are placed by position: `fileDescriptor`
+/// must be seekable; it stays the caller's.
+/// Takes 8-bit layouts only (std::invalid_argument). Throws SinkError, with EFBIG beyond 4 GiB.
 [[nodiscard]] std::unique_ptr<RowWriter> makeBmpWriter(int fileDescriptor, const PixelLayout& layout,
                                                        const PictureMetadata& metadata);
 

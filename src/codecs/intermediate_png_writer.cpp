@@ -28,7 +28,7 @@ public:
           swapped_(layout.bitsPerSample == 16 ? layout.rowBytes() : 0) {
         writePngHeader(sink_, layout, pngColour(layout), layout.bitsPerSample);
         writeChunk(sink_, markChunk, markData);
-        writePngMetadata(sink_, layout, metadata, 0);
+        writePngMetadata(sink_, layout, metadata, false);
         writeChunk(sink_, pixelChunk, zlibHeader);
     }
 

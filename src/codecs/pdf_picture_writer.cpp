@@ -14,7 +14,8 @@
 namespace sorvik::codecs {
 namespace {
 
-constexpr int compressionLevel = 6;
+constexpr int compressionLevel = 6;  // zlib's scale
+constexpr int profileLevel = 9;      // libdeflate's scale
 
 std::string text(std::size_t number) { return std::to_string(number); }
 
@@ -123,7 +124,7 @@ private:
                                         .add("Alternate", colourSpace_)
                                         .add("Filter", "/FlateDecode")
                                         .text();
-        document_.writeStream(profile, entries, zlibCompress(metadata.icc, compressionLevel).bytes());
+        document_.writeStream(profile, entries, zlibCompress(metadata.icc, profileLevel).bytes());
         colourSpace_ = std::string("[/ICCBased ").append(pdfReference(profile)).append("]");
     }
 
@@ -160,11 +161,11 @@ public:
         if (layout.hasAlpha()) {
             mask_ = page_.document().reserve();
             entries.add("SMask", pdfReference(mask_));
-            alpha_.emplace(shapeOf(layout, 1), RowFiltering::byRow, compressionLevel,
+            alpha_.emplace(shapeOf(layout, 1), compressionLevel,
                            [this](std::span<const std::byte> part) { alphaStream_.write(part); });
         }
         page_.document().beginStream(page_.image(), entries.text());
-        colours_.emplace(shapeOf(layout, channels), RowFiltering::byRow, compressionLevel,
+        colours_.emplace(shapeOf(layout, channels), compressionLevel,
                          [this](std::span<const std::byte> part) { page_.document().writeStreamPart(part); });
         part_.resize(shapeOf(layout, channels).rowBytes);
     }

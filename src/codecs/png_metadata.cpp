@@ -16,6 +16,7 @@ namespace {
 
 using Bytes = std::vector<std::byte>;
 
+constexpr int denseLevel = 9;  // libdeflate's scale
 constexpr double metresPerInch = 0.0254;
 constexpr std::byte metreUnit{1};
 constexpr std::string_view profileKeyword = "ICC Profile";
@@ -174,12 +175,13 @@ bool readResolution(std::span<const std::byte> data, PictureMetadata& metadata) 
 
 }  // namespace
 
-void writePngMetadata(ByteSink& sink, const PixelLayout& layout, const PictureMetadata& metadata, int level) {
+void writePngMetadata(ByteSink& sink, const PixelLayout& layout, const PictureMetadata& metadata, bool deflate) {
     const auto write = [&](ChunkType type, const Bytes& data) {
         if (data.size() <= largestChunk) {
             writeChunk(sink, type, data);
         }
     };
+    const int level = deflate ? denseLevel : 0;
     if (profileFits(metadata.icc, layout)) {
         write(chunkType("iCCP"), compressedChunk(profileKeyword, metadata.icc, level));
     }

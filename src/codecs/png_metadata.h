@@ -9,8 +9,9 @@
 namespace sorvik::codecs {
 
 /// Writes the chunks of the metadata, which stand between IHDR and the pixels; a profile that does not
-/// fit the layout and parts that no chunk can hold are left out. `level` is how well to compress.
-void writePngMetadata(ByteSink& sink, const PixelLayout& layout, const PictureMetadata& metadata, int level);
+/// fit the layout and parts that no chunk can hold are left out. Compressed parts
+/// are stored without deflating them where `deflate` is false.
+void writePngMetadata(ByteSink& sink, const PixelLayout& layout, const PictureMetadata& metadata, bool deflate);
 
 /// Takes what one of those chunks holds into `metadata`; other chunks change nothing. False when the chunk
 /// is damaged. Compressed parts are read as far as they are stored, not deflated (level 0), which keeps a

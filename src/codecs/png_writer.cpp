@@ -22,7 +22,13 @@ bool mayUsePalette(const PixelLayout& layout, const PictureMetadata& metadata) {
     return layout.bitsPerSample == 8 && fitsWholeBuffer(shapeOf(layout)) && !greyProfile;
 }
 
-void writePixelChunks(ByteSink& sink, std::span<const std::byte> bytes) { writeChunk(sink, chunkType("IDAT"), bytes); }
+ByteOutput pixelChunks(ByteSink& sink) {
+    return [&sink](std::span<const std::byte> bytes) { writeChunk(sink, chunkType("IDAT"), bytes); };
+}
+
+std::size_t indexRowBytes(const IndexedPicture& picture, const PixelLayout& layout) {
+    return (std::size_t{layout.width} * static_cast<unsigned>(picture.bitDepth) + 7) / 8;
+}
 
 void writePaletteChunks(ByteSink& sink, const std::vector<IndexedPicture::Colour>& colours) {
     std::vector<std::byte> rgb;
@@ -41,30 +47,13 @@ void writePaletteChunks(ByteSink& sink, const std::vector<IndexedPicture::Colour
     }
 }
 
-std::vector<std::byte> compressIndices(const IndexedPicture& picture, const PixelLayout& layout, RowFiltering filtering,
-                                       int level) {
-    const auto depth = static_cast<std::size_t>(picture.bitDepth);
-    const RowShape shape{(layout.width * depth + 7) / 8, 1, layout.height};
-    std::vector<std::byte> stream;
-    DeflatedRows rows(shape, filtering, level,
-                      [&](std::span<const std::byte> part) { stream.insert(stream.end(), part.begin(), part.end()); });
-    std::vector<std::byte> packed(shape.rowBytes);
+void writeIndices(const IndexedPicture& picture, const PixelLayout& layout, DeflatedRows& rows) {
+    std::vector<std::byte> packed(indexRowBytes(picture, layout));
     for (std::size_t y = 0; y < layout.height; ++y) {
         packIndices(picture.indices.data() + y * layout.width, layout.width, picture.bitDepth, packed.data());
         rows.addRow(packed.data());
     }
     rows.finish();
-    return stream;
-}
-
-// Filters seldom help indices, but they do where colours run into each other.
-std::vector<std::byte> compressIndices(const IndexedPicture& picture, const PixelLayout& layout, int level) {
-    auto plain = compressIndices(picture, layout, RowFiltering::none, level);
-    if (picture.bitDepth == 8) {
-        auto filtered = compressIndices(picture, layout, RowFiltering::byRow, level);
-        return filtered.size() < plain.size() ? filtered : plain;
-    }
-    return plain;
 }
 
 // Keeps a picture of few colours as indices until it is whole; at the first colour too many it goes
@@ -119,9 +108,8 @@ private:
 
     void startColours() {
         writePngHeader(sink_, layout_, pngColour(layout_), layout_.bitsPerSample);
-        writePngMetadata(sink_, layout_, metadata_, level_);
-        colours_.emplace(shapeOf(layout_), level_ > 0 ? RowFiltering::byRow : RowFiltering::none, level_,
-                         [this](std::span<const std::byte> bytes) { writePixelChunks(sink_, bytes); });
+        writePngMetadata(sink_, layout_, metadata_, true);
+        colours_.emplace(shapeOf(layout_), level_, pixelChunks(sink_));
     }
 
     void leavePalette() {
@@ -136,9 +124,10 @@ private:
     void finishPalette() {
         const IndexedPicture picture = palette_->take();
         writePngHeader(sink_, layout_, PngColour::palette, picture.bitDepth);
-        writePngMetadata(sink_, layout_, metadata_, level_);
+        writePngMetadata(sink_, layout_, metadata_, true);
         writePaletteChunks(sink_, picture.colours);
-        writePixelChunks(sink_, compressIndices(picture, layout_, level_));
+        DeflatedRows rows({indexRowBytes(picture, layout_), 1, layout_.height}, level_, pixelChunks(sink_));
+        writeIndices(picture, layout_, rows);
     }
 
     ByteSink& sink_;

@@ -19,8 +19,9 @@ struct PngOptions {
 };
 
 /// Writes a PNG (ISO/IEC 15948) of the layout given, never interlaced, with all of the metadata:
-/// iCCP, eXIf, pHYs, XMP as iTXt "XML:com.adobe.xmp", IPTC as zTXt "Raw profile type iptc".
-/// `sink` must outlive the writer.
+/// iCCP, eXIf, pHYs, XMP as iTXt "XML:com.adobe.xmp", IPTC as zTXt "Raw profile type iptc". A profile
+/// of another colour space than the layout's is left out.
+/// `sink` must outlive the writer. Throws SinkError, and std::invalid_argument for no PixelLayout.
 [[nodiscard]] std::unique_ptr<RowWriter> makePngWriter(ByteSink& sink, const PixelLayout& layout,
                                                        const PictureMetadata& metadata, const PngOptions& options);
 

@@ -107,9 +107,13 @@ void RowFilter::filter(const std::byte* row, std::byte* filtered) {
     above_.swap(current_);
 }
 
-void RowFilter::copy(const std::byte* row, std::size_t rowBytes, std::byte* filtered) {
-    filtered[0] = std::byte{0};
-    std::memcpy(filtered + 1, row, rowBytes);
+void RowFilter::restartBelow(const std::byte* above) {
+    std::uint8_t* const row = above_.data() + bytesPerPixel_;
+    if (above != nullptr) {
+        std::memcpy(row, above, rowBytes_);
+    } else {
+        std::fill_n(row, rowBytes_, std::uint8_t{0});
+    }
 }
 
 }  // namespace sorvik::codecs

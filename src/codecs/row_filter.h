@@ -13,14 +13,12 @@ public:
     /// `bytesPerPixel` is the distance to the byte on the left, 1 where pixels are smaller than a byte.
     RowFilter(std::size_t rowBytes, std::size_t bytesPerPixel);
 
-    /// Takes the next row from the top, rowBytes() bytes, and writes the filter's number and the
-    /// filtered row to `filtered`, rowBytes() + 1 bytes.
+    /// Takes the next row from the top, rowBytes bytes, and writes the filter's number and the
+    /// filtered row to `filtered`, rowBytes + 1 bytes. `row` may lie at filtered + 1.
     void filter(const std::byte* row, std::byte* filtered);
 
-    /// The same with filter 0, a copy.
-    static void copy(const std::byte* row, std::size_t rowBytes, std::byte* filtered);
-
-    [[nodiscard]] std::size_t rowBytes() const { return rowBytes_; }
+    /// Goes on below the row `above`; null goes back to the top.
+    void restartBelow(const std::byte* above);
 
 private:
     std::size_t rowBytes_;

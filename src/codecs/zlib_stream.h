@@ -15,7 +15,7 @@ namespace sorvik::codecs {
 /// Takes the parts of a stream in order.
 using ByteOutput = std::function<void(std::span<const std::byte>)>;
 
-/// The bytes as one zlib stream (RFC 1950). `level` is 0 (stored) to 9, as zlib's scale.
+/// The bytes as one zlib stream (RFC 1950). `level` is libdeflate's, from 0 (stored) to 12.
 [[nodiscard]] ByteBlock zlibCompress(std::span<const std::byte> bytes, int level);
 
 /// What a zlib stream holds; absent when it is damaged or holds more than `sizeLimit` bytes.

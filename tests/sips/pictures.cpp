@@ -1,0 +1,46 @@
+#include "pictures.h"
+
+#include <cmath>
+
+namespace sorvik::sips::test {
+
+using vips::VImage;
+
+namespace {
+
+VImage comparable(const VImage& image) {
+    const VImage managed = image.get_typeof(VIPS_META_ICC_NAME) != 0
+                               ? image.icc_transform("srgb", VImage::option()->set("embedded", true))
+                               : image;
+    const VImage colours = managed.colourspace(VIPS_INTERPRETATION_sRGB).cast(VIPS_FORMAT_UCHAR);
+    return colours.has_alpha() ? colours.flatten(VImage::option()->set("background", std::vector<double>{255}))
+                               : colours;
+}
+
+}  // namespace
+
+VImage read(const std::filesystem::path& file) {
+    static const int started = vips_init("sips_tests");
+    if (started != 0) {
+        throw vips::VError();
+    }
+    vips_cache_set_max(0);
+    return VImage::new_from_file(file.c_str()).autorot().copy_memory();
+}
+
+VImage withoutProfile(const VImage& image) {
+    VImage copy = image.copy();
+    copy.remove(VIPS_META_ICC_NAME);
+    return copy;
+}
+
+double likeness(const VImage& one, const VImage& other) {
+    if (one.width() != other.width() || one.height() != other.height()) {
+        return -1;
+    }
+    const VImage difference = comparable(one) - comparable(other);
+    const double error = (difference * difference).avg();
+    return error == 0 ? 100 : 10 * std::log10(255.0 * 255.0 / error);
+}
+
+}  // namespace sorvik::sips::test

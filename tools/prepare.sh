@@ -56,7 +56,7 @@ configure() {
 
 # build PRESET [TARGET...]: configures and builds. Off a terminal only errors and one line are printed.
 build() {
-    local preset=$1 started=$SECONDS quiet=() targets=()
+    local preset=$1 started=$SECONDS targets=() quiet=()
     shift
     (($# == 0)) || targets=(--target "$@")
     [[ -t 1 ]] || quiet=(-- --quiet)

@@ -25,7 +25,15 @@ VImage read(const std::filesystem::path& file) {
         throw vips::VError();
     }
     vips_cache_set_max(0);
-    return VImage::new_from_file(file.c_str()).autorot().copy_memory();
+    const VImage loaded = VImage::new_from_file(file.c_str());
+    VImage pixels = loaded.autorot().copy_memory();
+    if (loaded.get_typeof(VIPS_META_ICC_NAME) != 0) {
+        // The profile of a HEIC dies with the image that the loader made (libvips 8.14).
+        std::size_t size = 0;
+        const void* profile = loaded.get_blob(VIPS_META_ICC_NAME, &size);
+        vips_image_set_blob_copy(pixels.get_image(), VIPS_META_ICC_NAME, profile, size);
+    }
+    return pixels;
 }
 
 VImage withoutProfile(const VImage& image) {

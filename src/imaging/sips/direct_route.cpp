@@ -11,9 +11,13 @@
 #include "codecs/pdf_picture_writer.h"
 #include "codecs/png_writer.h"
 #include "codecs/samples.h"
+#include "imaging/sips/completeness.h"
 #include "imaging/sips/content_kind.h"
+#include "imaging/sips/fitting_writer.h"
 #include "imaging/sips/jpeg_decoder.h"
 #include "imaging/sips/jpeg_writer.h"
+#include "imaging/sips/limits.h"
+#include "imaging/sips/png_decoder.h"
 #include "imaging/sips/tiff_writer.h"
 #include "imaging/sips/upright.h"
 
@@ -46,11 +50,45 @@ PictureSource jpegSource(const std::shared_ptr<JpegDecoder>& decoder) {
     return source;
 }
 
-bool holdsAsItIs(const ConvertRequest& request, const PictureSource& source) {
-    const FormatRow& target = rowOf(request.format);
-    const bool profileStays = target.profile && !request.toSrgb;
-    return request.iconSizes.empty() && (target.alpha || !source.layout.hasAlpha()) &&
-           (target.deep || source.layout.bitsPerSample == 8) && (profileStays || source.metadata.icc.empty());
+PictureSource pngSource(const std::shared_ptr<PngDecoder>& decoder) {
+    PictureSource source{decoder->layout(), decoder->metadata(), false, {}};
+    if (!codecs::profileFits(source.metadata.icc, source.layout)) {
+        source.metadata.icc.clear();
+    }
+    source.pump = [decoder](codecs::RowWriter& writer) { decoder->pump(writer); };
+    return source;
+}
+
+std::optional<PictureSource> sourceOfPng(const InputFile& input) {
+    if (auto source = intermediateSource(input)) {
+        return source;
+    }
+    if (isCutOff(ContentKind::png, input.bytes())) {
+        throw Failure(Status::failed, "truncated picture");
+    }
+    requireDecodable(*claimedSize(ContentKind::png, input.bytes()), Decoding::streamed);
+    const auto decoder = std::make_shared<PngDecoder>(input.bytes());
+    return decoder->readable() ? std::optional(pngSource(decoder)) : std::nullopt;
+}
+
+/// Rows as the target takes them.
+PictureSource fittedTo(const FormatRow& target, PictureSource source) {
+    const codecs::PixelLayout from = source.layout;
+    const codecs::PixelLayout to = fitted(from, target.alpha, target.deep);
+    if (to == from) {
+        return source;
+    }
+    source.layout = to;
+    source.pump = [pump = source.pump, from, to](codecs::RowWriter& writer) {
+        FittingWriter fitting(writer, from, to);
+        pump(fitting);
+    };
+    return source;
+}
+
+bool keepsColours(const ConvertRequest& request, const PictureSource& source) {
+    const bool profileStays = rowOf(request.format).profile && !request.toSrgb;
+    return profileStays || source.metadata.icc.empty();
 }
 
 bool isDirect(Format format) {
@@ -129,37 +167,28 @@ void announceMetadata(const codecs::PictureMetadata& metadata) {
 }
 
 std::optional<Status> convertDirectly(const ConvertRequest& request, const InputFile& input) {
-    if (!isDirect(request.format)) {
+    if (!isDirect(request.format) || !request.iconSizes.empty()) {
         return std::nullopt;
     }
+    const ContentKind kind = contentKindOf(input.bytes());
     std::shared_ptr<JpegDecoder> jpeg;
     std::optional<PictureSource> source;
-    switch (contentKindOf(input.bytes())) {
-        case ContentKind::png:
-            source = intermediateSource(input);
-            break;
-        case ContentKind::jpeg:
-            jpeg = std::make_shared<JpegDecoder>(input.bytes());
-            if (jpeg->readable() && orientationOf(jpeg->metadata().exif) == 1) {
-                source = jpegSource(jpeg);
-            }
-            break;
-        default:
-            break;
+    if (kind == ContentKind::jpeg) {
+        jpeg = std::make_shared<JpegDecoder>(input.bytes());
+        source = jpeg->readable() ? std::optional(jpegSource(jpeg)) : std::nullopt;
+    } else if (kind == ContentKind::png) {
+        source = sourceOfPng(input);
     }
-    if (!source) {
+    if (!source || orientationOf(source->metadata.exif) != 1 || !keepsColours(request, *source)) {
         return std::nullopt;
     }
     if (request.stripMetadata) {
         strip(source->metadata);
     }
-    if (!holdsAsItIs(request, *source)) {
-        return std::nullopt;
-    }
     if (request.format == Format::pdf && jpeg && jpeg->plainColours() && jpeg->endsProperly()) {
         embedJpeg(request, input, *source);
     } else {
-        writePicture(request, input, *source);
+        writePicture(request, input, fittedTo(rowOf(request.format), std::move(*source)));
     }
     return Status::finished;
 }

@@ -11,8 +11,8 @@
 
 namespace sorvik::sips {
 
-/// Does the job when it takes nothing but our own codecs and libjpeg: an upright JPEG or one of our
-/// intermediates, whose pixels the target holds as they are. Absent when it takes more; nothing has
+/// Does the job when it takes nothing but our own codecs, libjpeg and libpng: an upright JPEG, PNG or
+/// intermediate whose colours the target holds as they are. Absent when it takes more; nothing has
 /// been written then. Such a process starts in a tenth of the time that the whole library takes.
 [[nodiscard]] std::optional<Status> convertDirectly(const ConvertRequest& request, const InputFile& input);
 

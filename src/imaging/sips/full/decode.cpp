@@ -39,6 +39,8 @@ DecodedPicture decodePicture(const InputFile& input, ColourTarget target) {
     requireImageDecodable(loaded.image,
                           loadsWhole(kind) || orientation > mirrored ? Decoding::whole : Decoding::streamed);
 
+    // The images made below keep `loaded` alive only as long as they are computed from it, and the
+    // profile of a HEIC dies with the loader's image: all that reads metadata stands in this function.
     DecodedPicture picture;
     picture.metadata = loaded.metadata ? *loaded.metadata : metadataOf(loaded.image, kind, input.bytes());
     target.alpha = target.alpha && kind != ContentKind::pdf;  // a page lies on white paper

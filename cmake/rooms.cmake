@@ -17,7 +17,7 @@ function(sorvik_room name folder)
   sorvik_include_root(${name} ${folder} root)
   target_include_directories(${target} PUBLIC ${root})
   target_link_libraries(${target} PUBLIC ${ROOM_LINKS} PRIVATE ${ROOM_PRIVATE_LINKS} sorvik_warnings)
-  sorvik_check_headers(${name} ${folder})
+  sorvik_check_headers(${name} ${folder} ${ROOM_PRIVATE_LINKS})
 endfunction()
 
 # Makes the include root of a room and gives its path in <out>.
@@ -31,7 +31,7 @@ endfunction()
 
 # Every header compiles alone: one translation unit a header, built by the target check_headers.
 add_custom_target(check_headers)
-function(sorvik_check_headers name folder)
+function(sorvik_check_headers name folder) # further arguments: what the room stands on for itself alone
   file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/src/${folder}/*.h)
   set(units "")
   foreach(header IN LISTS headers)
@@ -43,7 +43,7 @@ function(sorvik_check_headers name folder)
   if(units)
     add_library(check_headers_${name} OBJECT EXCLUDE_FROM_ALL ${units})
     set_target_properties(check_headers_${name} PROPERTIES AUTOMOC OFF)
-    target_link_libraries(check_headers_${name} PRIVATE sorvik_${name} sorvik_warnings)
+    target_link_libraries(check_headers_${name} PRIVATE sorvik_${name} ${ARGN} sorvik_warnings)
     add_dependencies(check_headers check_headers_${name})
   endif()
 endfunction()

@@ -55,7 +55,7 @@ constexpr std::array magics = {
 
 // Readers of PDF allow a little before the header; XML may begin with comments and a document type.
 constexpr std::size_t pdfHeaderReach = 1024;
-constexpr std::size_t svgElementReach = 64 * 1024;
+constexpr std::size_t svgElementReach = 0x10000;
 
 std::span<const std::byte> firstBytes(std::span<const std::byte> bytes, std::size_t count) {
     return bytes.first(std::min(bytes.size(), count));
@@ -78,7 +78,7 @@ bool looksLikeSvg(std::span<const std::byte> bytes) {
 }
 
 bool holdsCompressedSvg(std::span<const std::byte> bytes) {
-    std::array<std::byte, 16 * 1024> beginning{};
+    std::array<std::byte, 0x4000> beginning{};
     z_stream stream{};
     constexpr int gzipOnly = 15 + 16;
     if (inflateInit2(&stream, gzipOnly) != Z_OK) {

@@ -36,7 +36,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t bufferSize = 64 * 1024;
+    static constexpr std::size_t bufferSize = 0x10000;
 
     static SinkDestination& self(j_compress_ptr info) { return *static_cast<SinkDestination*>(info->client_data); }
     static void rewind(j_compress_ptr info) {

@@ -93,7 +93,9 @@ codecs::PictureMetadata metadataOf(png_structp png, png_infop info) {
 struct PngDecoder::State {
     explicit State(std::span<const std::byte> file)
         : cursor{file}, png(png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, throwFailure, ignoreWarning)) {
-        if (png == nullptr || (info = png_create_info_struct(png)) == nullptr) {
+        info = png != nullptr ? png_create_info_struct(png) : nullptr;
+        if (info == nullptr) {
+            png_destroy_read_struct(&png, nullptr, nullptr);
             throw std::bad_alloc();
         }
         png_set_read_fn(png, &cursor, Cursor::read);
@@ -111,19 +113,19 @@ struct PngDecoder::State {
     bool plain = false;
 };
 
-PngDecoder::PngDecoder(std::span<const std::byte> bytes) : state_(std::make_unique<State>(bytes)) {
-    png_structp png = state_->png;
+PngDecoder::PngDecoder(std::span<const std::byte> png) : state_(std::make_unique<State>(png)) {
+    png_structp reader = state_->png;
     png_infop info = state_->info;
-    png_read_info(png, info);
-    state_->plain = png_get_interlace_type(png, info) == PNG_INTERLACE_NONE && !hidesMetadata(bytes);
-    state_->metadata = metadataOf(png, info);
-    png_set_expand(png);
+    png_read_info(reader, info);
+    state_->plain = png_get_interlace_type(reader, info) == PNG_INTERLACE_NONE && !hidesMetadata(png);
+    state_->metadata = metadataOf(reader, info);
+    png_set_expand(reader);
     if (std::endian::native == std::endian::little) {
-        png_set_swap(png);
+        png_set_swap(reader);
     }
-    png_read_update_info(png, info);
-    state_->layout = {png_get_image_width(png, info), png_get_image_height(png, info), png_get_channels(png, info),
-                      png_get_bit_depth(png, info)};
+    png_read_update_info(reader, info);
+    state_->layout = {png_get_image_width(reader, info), png_get_image_height(reader, info),
+                      png_get_channels(reader, info), png_get_bit_depth(reader, info)};
 }
 
 PngDecoder::~PngDecoder() = default;

@@ -65,7 +65,7 @@ public:
             bytes.push_back(std::byte(value >> shift & 0xFF));
         }
     }
-    [[nodiscard]] Field shorts(std::uint16_t tag, std::vector<std::uint16_t> values) const {
+    [[nodiscard]] Field shorts(std::uint16_t tag, const std::vector<std::uint16_t>& values) const {
         Field field{tag, shortType, static_cast<std::uint32_t>(values.size()), {}};
         for (const std::uint16_t value : values) {
             append(field.value, value, 2);
@@ -108,7 +108,7 @@ struct Strips {
         return static_cast<std::uint32_t>(std::min<std::uint64_t>(rows * rowBytes, total - start));
     }
 
-    static constexpr std::uint64_t preferredSize = 256 * 1024;
+    static constexpr std::uint64_t preferredSize = 0x40000;
     std::uint32_t rows;
     std::uint32_t count;
     std::uint64_t rowBytes;

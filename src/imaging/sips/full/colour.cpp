@@ -125,7 +125,7 @@ VImage toSrgb(const VImage& image, Family family) {
     if (family == Family::cmyk) {
         options->set("input_profile", "cmyk");
     }
-    const VImage converted = withoutProfile(image.icc_transform("srgb", options));
+    VImage converted = withoutProfile(image.icc_transform("srgb", options));
     if (family != Family::grey) {
         return converted;
     }

@@ -56,9 +56,12 @@ GLogWriterOutput swallow(GLogLevelFlags, const GLogField*, gsize, gpointer) { re
 
 void startVips() {
     // libvips looks for its modules below this folder, where there are none.
+    // Nothing else runs yet that could read the environment.
+    // NOLINTBEGIN(concurrency-mt-unsafe)
     ::setenv("VIPSHOME", "/nonexistent", 1);
     ::unsetenv("VIPS_LEAK");
     ::unsetenv("VIPS_INFO");
+    // NOLINTEND(concurrency-mt-unsafe)
     g_log_set_writer_func(swallow, nullptr, nullptr);
     if (vips_init("sips") != 0) {
         throw Failure(Status::failed, "the imaging library does not start");

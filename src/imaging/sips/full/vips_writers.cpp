@@ -1,5 +1,6 @@
 #include "imaging/sips/full/vips_writers.h"
 
+#include <utility>
 #include <vips/vips8>
 
 #include "imaging/sips/full/collecting_writer.h"
@@ -39,9 +40,8 @@ private:
 
 class WebpWriter final : public CollectingWriter {
 public:
-    WebpWriter(codecs::ByteSink& sink, const codecs::PixelLayout& layout, const codecs::PictureMetadata& metadata,
-               int quality)
-        : CollectingWriter(layout), sink_(sink), metadata_(metadata), quality_(quality) {}
+    WebpWriter(codecs::ByteSink& sink, const codecs::PixelLayout& layout, codecs::PictureMetadata metadata, int quality)
+        : CollectingWriter(layout), sink_(sink), metadata_(std::move(metadata)), quality_(quality) {}
 
     void finish() override {
         VImage image = imageOf(pixels(), layout());

@@ -92,8 +92,9 @@ codecs::PictureMetadata metadataOf(png_structp png, png_infop info) {
 
 struct PngDecoder::State {
     explicit State(std::span<const std::byte> file)
-        : cursor{file}, png(png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, throwFailure, ignoreWarning)) {
-        info = png != nullptr ? png_create_info_struct(png) : nullptr;
+        : cursor{file},
+          png(png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, throwFailure, ignoreWarning)),
+          info(png != nullptr ? png_create_info_struct(png) : nullptr) {
         if (info == nullptr) {
             png_destroy_read_struct(&png, nullptr, nullptr);
             throw std::bad_alloc();
@@ -107,7 +108,7 @@ struct PngDecoder::State {
 
     Cursor cursor;
     png_structp png;
-    png_infop info = nullptr;
+    png_infop info;
     codecs::PixelLayout layout;
     codecs::PictureMetadata metadata;
     bool plain = false;

@@ -49,7 +49,7 @@ TARGETS = (
     Target("tiff", "tiff", "", ("-compress", "None")),
     Target("bmp", "bmp"),
     Target("png", "png"),
-    Target("webp", "webp", "[Q=85]", ("-quality", "85"), lossy=True),
+    Target("webp", "webp", "[Q=75]", (), lossy=True),
     Target("avif", "avif", "[Q=85]", ("-quality", "85"), lossy=True),
     Target("heic", "heic", "[Q=80]", ("-quality", "80"), most_files=3, lossy=True),
     Target("pdf", "pdf"),

@@ -16,7 +16,7 @@ public:
     class [[nodiscard]] Wait {
     public:
         explicit Wait(AsyncSemaphore& semaphore) : semaphore_(semaphore) {}
-        bool await_ready() const;
+        [[nodiscard]] bool await_ready() const;
         void await_suspend(std::coroutine_handle<> caller) const;
         void await_resume() const {}
 

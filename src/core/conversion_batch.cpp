@@ -172,12 +172,16 @@ QCoro::Task<> ConversionBatch::child(WorkItem work) {
     semaphore_.signal();
 }
 
-QCoro::Task<> ConversionBatch::runRow(const WorkItem& work) {
+QCoro::Task<> ConversionBatch::runRow(WorkItem work) {
     if (!work.item.inputFormat || !work.item.outputFormat) {
         skip(work);
     } else {
         const std::optional<ConversionError> error = co_await processFile(work);
-        error ? countFailure(work, *error) : countSuccess(work);
+        if (error) {
+            countFailure(work, *error);
+        } else {
+            countSuccess(work);
+        }
     }
     reportProgress(work.item.name());
     const int completed = succeeded_ + failed_;
@@ -189,7 +193,7 @@ QCoro::Task<> ConversionBatch::runRow(const WorkItem& work) {
     }
 }
 
-QCoro::Task<std::optional<ConversionError>> ConversionBatch::processFile(const WorkItem& work) {
+QCoro::Task<std::optional<ConversionError>> ConversionBatch::processFile(WorkItem work) {
     const QFuture<Attempt<Converted>> conversion = startConverting(work);
     const Attempt<Converted> attempt = co_await conversion;
     if (const auto* error = std::get_if<ConversionError>(&attempt)) {
@@ -198,7 +202,7 @@ QCoro::Task<std::optional<ConversionError>> ConversionBatch::processFile(const W
     if (!indexOf(work)) {
         co_return std::nullopt;
     }
-    const Converted& converted = std::get<Converted>(attempt);
+    const auto& converted = std::get<Converted>(attempt);
     const FinishJob job = makeFinishJob(work, converted);
     OutputLanes::Pass pass(lanes_, converted.folder + u'/' + fileName(job.outputPath).toString());
     co_await pass.turn();

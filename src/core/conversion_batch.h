@@ -75,8 +75,8 @@ private:
 
     QCoro::Task<> runAll();
     QCoro::Task<> child(WorkItem work);
-    QCoro::Task<> runRow(const WorkItem& work);
-    QCoro::Task<std::optional<ConversionError>> processFile(const WorkItem& work);
+    QCoro::Task<> runRow(WorkItem work);
+    QCoro::Task<std::optional<ConversionError>> processFile(WorkItem work);
     // The coroutines above hold plain values only; what runs in the pool is put together below, since
     // g++ 12 destroys the captures of a lambda twice that stands inside a co_await expression.
     [[nodiscard]] QFuture<void> makeFolders() const;

@@ -209,8 +209,8 @@ QByteArray ImageConverter::viaSystemTool(const imaging::Picture& picture, ImageF
 QByteArray ImageConverter::viaImageMagick(const imaging::Picture& picture, ImageFormat format) {
     const bool avif = format == ImageFormat::avif;
     const TempFile intermediate(tempPrefix, QStringLiteral("png"));
-    const QString carried = extensions_.runJob(imaging::intermediateArguments(
-        picture, intermediate.path(), avif ? imaging::Colors::sRGB : imaging::Colors::asTheyAre));
+    const QString carried = extensions_.makeIntermediate(picture, intermediate.path(),
+                                                         avif ? imaging::Colors::sRGB : imaging::Colors::asTheyAre);
     const TempFile result(tempPrefix, fileExtension(format));
     const auto recipe = avif ? &convertAVIFFile : &convertWebPFile;
     if (!recipe(tools_, intermediate.path(), result.path(), imageMagickQuality)) {

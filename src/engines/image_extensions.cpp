@@ -47,7 +47,14 @@ QByteArray readResult(const QString& path) {
 ImageExtensions::ImageExtensions(ProcessConfigCache& tools)
     : tools_(tools), client_(tools.bundle().resource(QStringLiteral("sips")).value_or(QString())) {}
 
-QString ImageExtensions::runJob(const QStringList& arguments) const {
+void ImageExtensions::runJob(const QStringList& arguments) const { static_cast<void>(jobOutput(arguments)); }
+
+QString ImageExtensions::makeIntermediate(const imaging::Picture& picture, const QString& destination,
+                                          imaging::Colors colors) const {
+    return jobOutput(imaging::intermediateArguments(picture, destination, colors));
+}
+
+QString ImageExtensions::jobOutput(const QStringList& arguments) const {
     const imaging::JobOutcome outcome = client_.run(arguments);
     if (!outcome.finished()) {
         logExtension(outcome.message);

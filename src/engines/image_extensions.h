@@ -26,11 +26,15 @@ public:
     /// The second road to an AVIF, through a PNG of its own. Absent on failure, which is logged.
     [[nodiscard]] std::optional<QByteArray> avifData(const imaging::Picture& picture) const;
 
-    /// Runs a job whose result goes to `destination`. Throws ConversionError with the cause. Gives what the
-    /// tool printed.
-    QString runJob(const QStringList& arguments) const;
+    /// Decodes the picture to a PNG for the next step. Gives the tool's line on the metadata in it.
+    [[nodiscard]] QString makeIntermediate(const imaging::Picture& picture, const QString& destination,
+                                           imaging::Colors colors) const;
+
+    /// Runs a job of the imaging tool. Throws ConversionError with the cause.
+    void runJob(const QStringList& arguments) const;
 
 private:
+    [[nodiscard]] QString jobOutput(const QStringList& arguments) const;
     [[nodiscard]] QByteArray encoded(const QString& extension,
                                      QStringList (*arguments)(const imaging::Picture&, const QString&),
                                      const imaging::Picture& picture) const;

@@ -10,6 +10,7 @@
 #include "core/vocabulary/path_names.h"
 #include "platform/files.h"
 #include "platform/log.h"
+#include "services/temporary_files.h"
 
 namespace sorvik {
 namespace {
@@ -41,7 +42,7 @@ PathAlias::~PathAlias() = default;
 
 std::unique_ptr<QTemporaryDir> PathAlias::makeFolder() {
     // The temporary directory itself may lie under a name that a tool would read as syntax.
-    for (const QString& base : {QDir::tempPath(), QStringLiteral("/tmp"), QStringLiteral("/var/tmp")}) {
+    for (const QString& base : {systemTempDirectory(), QStringLiteral("/tmp"), QStringLiteral("/var/tmp")}) {
         if (isOutputSyntax(base)) {
             continue;
         }

@@ -32,7 +32,7 @@ public:
 
 private:
     struct Answer {
-        bool exists;
+        bool exists = false;
         std::chrono::steady_clock::time_point given;
     };
 

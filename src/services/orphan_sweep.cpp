@@ -79,7 +79,7 @@ bool isOrphaned(const QString& name, nanoseconds created, nanoseconds cutoff) {
 }
 
 TempFileManager& TempFileManager::shared() {
-    static TempFileManager instance(QDir::tempPath());
+    static TempFileManager instance(systemTempDirectory());
     return instance;
 }
 

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -33,8 +34,14 @@ int createEmptyFile(const QString& path) {
 
 }  // namespace
 
+QString systemTempDirectory() {
+    const QString configured = QDir::tempPath();
+    const QFileInfo folder(configured);
+    return folder.isDir() && folder.isWritable() ? configured : QStringLiteral("/tmp");
+}
+
 SharedTempFileManager& SharedTempFileManager::shared() {
-    static SharedTempFileManager& instance = *new SharedTempFileManager(QDir::tempPath());
+    static SharedTempFileManager& instance = *new SharedTempFileManager(systemTempDirectory());
     return instance;
 }
 

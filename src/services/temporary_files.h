@@ -16,6 +16,9 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// The system's temporary directory; /tmp where TMPDIR names a place that can't be written to.
+[[nodiscard]] QString systemTempDirectory();
+
 /// Hands out files in the system's temporary directory under names that never collide, also
 /// between threads and processes. Any thread.
 class SharedTempFileManager {

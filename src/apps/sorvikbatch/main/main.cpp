@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QMetaObject>
 
+#include <csignal>
 #include <cstdio>
 #include <variant>
 
@@ -20,6 +21,7 @@ namespace {
 void logToStandardError(const QString& line) { std::fprintf(stderr, "%s\n", line.toUtf8().constData()); }
 
 int convert(ConvertOptions options) {
+    std::signal(SIGPIPE, SIG_IGN);  // a reader that has gone must not end the batch in the middle
     setLogSink(options.verbose ? LogSink(&logToStandardError) : LogSink());
     TempFileManager::shared().cleanupOrphanedFiles();
     BatchFront front(std::move(options), stdout, isatty(STDERR_FILENO) != 0 ? stderr : nullptr);

@@ -27,7 +27,7 @@ constexpr std::uint32_t compressionMasks = 3;        // BI_BITFIELDS
 constexpr std::uint32_t spaceSrgb = 0x73524742;      // LCS_sRGB
 constexpr std::uint32_t spaceEmbedded = 0x4d424544;  // PROFILE_EMBEDDED
 constexpr std::uint32_t intentPerceptual = 4;        // LCS_GM_IMAGES
-constexpr std::size_t bandBytes = 1024 * 1024;
+constexpr std::size_t bandBytes = std::size_t{1024} * 1024;
 constexpr double metresPerInch = 0.0254;
 
 // Where the parts of one file lie. The oldest header stands wherever it says enough, as every reader

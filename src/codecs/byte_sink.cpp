@@ -5,7 +5,7 @@
 namespace sorvik::codecs {
 namespace {
 
-constexpr std::size_t gatherLimit = 32 * 1024;
+constexpr std::size_t gatherLimit = std::size_t{32} * 1024;
 
 }  // namespace
 

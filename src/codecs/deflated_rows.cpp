@@ -20,7 +20,7 @@ constexpr std::size_t drawingShrinks = 8;
 // The sample: bands of rows spread over the picture, all of it where it is small.
 constexpr std::size_t sampleBands = 16;
 constexpr std::size_t sampledPart = 32;
-constexpr std::size_t alwaysSampled = 256 * 1024;
+constexpr std::size_t alwaysSampled = std::size_t{256} * 1024;
 constexpr int sampleLevel = 1;
 
 std::size_t sampledRowsPerBand(const RowShape& shape) {

@@ -128,8 +128,9 @@ std::optional<Bytes> readStored(std::span<const std::byte> methodAndStream) {
 
 bool readProfile(std::span<const std::byte> data, PictureMetadata& metadata) {
     auto profile = takeKeyword(data) ? readStored(data) : std::nullopt;
+    const bool whole = profile.has_value();
     metadata.icc = std::move(profile).value_or(Bytes());
-    return profile.has_value();
+    return whole;
 }
 
 bool readCompressedText(std::span<const std::byte> data, PictureMetadata& metadata) {
@@ -139,8 +140,9 @@ bool readCompressedText(std::span<const std::byte> data, PictureMetadata& metada
     }
     const auto text = readStored(data);
     auto iptc = text ? rawProfileBytes({reinterpret_cast<const char*>(text->data()), text->size()}) : std::nullopt;
+    const bool whole = iptc.has_value();
     metadata.iptc = std::move(iptc).value_or(Bytes());
-    return iptc.has_value();
+    return whole;
 }
 
 bool readInternationalText(std::span<const std::byte> data, PictureMetadata& metadata) {

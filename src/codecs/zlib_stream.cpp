@@ -12,7 +12,7 @@ namespace sorvik::codecs {
 namespace {
 
 constexpr std::uint32_t streamerLevel = 3;
-constexpr std::size_t outputPiece = 256 * 1024;
+constexpr std::size_t outputPiece = std::size_t{256} * 1024;
 constexpr std::size_t inputPiece = 1U << 30;  // the library counts in 32 bits
 
 using Compressor = std::unique_ptr<libdeflate_compressor, decltype(&libdeflate_free_compressor)>;

@@ -38,7 +38,7 @@ struct ChildResult {
     [[nodiscard]] bool succeeded() const { return started && !crashed && exitStatus == 0; }
 };
 
-inline constexpr qsizetype childOutputLimit = 64 * 1024;
+inline constexpr qsizetype childOutputLimit = qsizetype{64} * 1024;
 
 /// Runs a child to its end; blocks the calling thread, which must not be the event loop's. Standard
 /// input is the null device; no other descriptor is handed on. The output is drained while the child

@@ -74,7 +74,7 @@ int readToEnd(const Descriptor& file, std::int64_t likelySize, QByteArray& bytes
 }
 
 int copyContent(const Descriptor& from, ReplacementFile& to) {
-    std::array<char, 128 * 1024> buffer;
+    std::array<char, std::size_t{128} * 1024> buffer;  // NOLINT(*-member-init): filled by the read
     for (;;) {
         std::size_t count = 0;
         if (const int error = readSome(from, buffer.data(), buffer.size(), count); error != 0 || count == 0) {

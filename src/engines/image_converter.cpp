@@ -7,6 +7,7 @@
 #include <array>
 #include <string_view>
 
+#include "core/vocabulary/indexed_table.h"
 #include "core/vocabulary/path_names.h"
 #include "engines/image_io_converter.h"
 #include "engines/image_magick_recipes.h"
@@ -33,15 +34,7 @@ constexpr std::array outputRoutes{
     RouteRow{ImageFormat::avif, OutputRoute::imageMagick},
 };
 
-constexpr bool isInOrder() {
-    for (std::size_t index = 0; index < outputRoutes.size(); ++index) {
-        if (static_cast<std::size_t>(outputRoutes[index].format) != index) {
-            return false;
-        }
-    }
-    return true;
-}
-static_assert(outputRoutes.size() == imageFormatCount && isInOrder());
+static_assert(outputRoutes.size() == imageFormatCount && isIndexedBy(outputRoutes, &RouteRow::format));
 
 constexpr std::array<QStringView, 10> cameraRawExtensions{u"raw", u"cr2", u"cr3", u"nef", u"arw",
                                                           u"raf", u"dng", u"rw2", u"orf", u"pef"};
@@ -217,7 +210,10 @@ QByteArray ImageConverter::viaImageMagick(const imaging::Picture& picture, Image
         auto bytes = avif ? extensions_.avifData(picture) : std::nullopt;
         return bytes ? *bytes : throw toolFailure();
     }
-    if (losesMetadata(carried)) {
+    if (avif && carried.contains(QLatin1StringView("alpha"))) {
+        // ImageMagick 6 leaves transparency out of an AVIF: what was transparent would come out black.
+        extensions_.runJob(imaging::carryMetadataArguments(intermediate.path(), result.path()));
+    } else if (losesMetadata(carried)) {
         carryMetadata(extensions_, intermediate.path(), result.path());
     }
     return readResult(result.path());

@@ -56,7 +56,8 @@ enum class Colors {
 [[nodiscard]] QStringList frameArguments(const Picture& frame, const QString& toolFormat, bool stripMetadata,
                                          std::optional<double> jpegQuality, const QString& destination);
 
-/// Puts the metadata of an intermediate picture that a finished file lacks back into it.
+/// Puts what a finished file lacks of its intermediate picture back into it: metadata, and the transparency
+/// of an AVIF.
 [[nodiscard]] QStringList carryMetadataArguments(const QString& intermediate, const QString& finished);
 
 /// Runs the imaging tool, one process a job. Any thread; blocks.

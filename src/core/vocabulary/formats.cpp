@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "core/vocabulary/indexed_table.h"
+
 namespace sorvik {
 namespace {
 
@@ -92,19 +94,8 @@ constexpr std::array offers{
     offer(InputFormat::ai, png, jpeg, tiff, pdf, avif, svg),
 };
 
-// A row is found by the value of its enumeration, so every table is in the order of declaration.
-template <typename Table>
-constexpr bool isInOrder(const Table& table) {
-    for (std::size_t index = 0; index < table.size(); ++index) {
-        if (static_cast<std::size_t>(table[index].format) != index) {
-            return false;
-        }
-    }
-    return true;
-}
-
-static_assert(imageFormats.size() == imageFormatCount && isInOrder(imageFormats));
-static_assert(inputFormats.size() == inputFormatCount && isInOrder(inputFormats));
+static_assert(imageFormats.size() == imageFormatCount && isIndexedBy(imageFormats, &ImageFormatRow::format));
+static_assert(inputFormats.size() == inputFormatCount && isIndexedBy(inputFormats, &InputFormatRow::format));
 static_assert(std::ranges::is_sorted(everyImageFormat));
 static_assert(offers.size() == inputFormatCount - 1);
 static_assert(std::ranges::all_of(offers, [](const Offer& row) { return row.count > 0; }));

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "core/vocabulary/indexed_table.h"
+
 namespace sorvik {
 namespace {
 
@@ -24,15 +26,8 @@ constexpr std::array sentences{
     Row{Refusal::outputIsSource, "The result would replace the original. Please set a prefix or a suffix."},
 };
 
-constexpr bool isInOrder() {
-    for (std::size_t index = 0; index < sentences.size(); ++index) {
-        if (static_cast<std::size_t>(sentences[index].refusal) != index) {
-            return false;
-        }
-    }
-    return true;
-}
-static_assert(isInOrder() && sentences.size() == static_cast<std::size_t>(Refusal::outputIsSource) + 1);
+static_assert(isIndexedBy(sentences, &Row::refusal) &&
+              sentences.size() == static_cast<std::size_t>(Refusal::outputIsSource) + 1);
 
 }  // namespace
 

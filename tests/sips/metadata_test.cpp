@@ -98,6 +98,24 @@ TEST(Metadata, TravelsDirectlyAndThroughAnIntermediate) {
     EXPECT_NE(contentsOf(folder / "o.heic").find("Negative 12"), std::string::npos);
 }
 
+TEST(Metadata, AnIntermediateTellsOfTransparencyThatCanBeSeen) {
+    const Folder folder;
+    const auto told = [&](const std::filesystem::path& input) {
+        return convert(input, folder / "i.png", "png", {"-s", "purpose", "intermediate"}).output;
+    };
+    const VImage opaque = read(sample("webp/1.webp")).bandjoin(255.0);
+    opaque.pngsave((folder / "opaque.png").c_str());
+    EXPECT_EQ(told(folder / "opaque.png"), "metadata: none\n");
+    // One pixel, in the last row.
+    VImage almost = opaque.copy_memory();
+    almost.draw_rect({1, 2, 3, 254}, opaque.width() - 1, opaque.height() - 1, 1, 1);
+    almost.pngsave((folder / "almost.png").c_str());
+    EXPECT_EQ(told(folder / "almost.png"), "metadata: alpha\n");
+    almost.colourspace(VIPS_INTERPRETATION_RGB16).pngsave((folder / "deep.png").c_str());
+    EXPECT_EQ(told(folder / "deep.png"), "metadata: alpha\n");
+    EXPECT_EQ(told(sample("gif/transparent.gif")), "metadata: alpha\n");
+}
+
 TEST(Metadata, ComesOutOfTiffAndHeicToo) {
     const Folder folder;
     const auto photo = loadedPhoto(folder);

@@ -17,6 +17,7 @@
 #include "imaging/sips/jpeg_decoder.h"
 #include "imaging/sips/jpeg_writer.h"
 #include "imaging/sips/limits.h"
+#include "imaging/sips/opacity_watch.h"
 #include "imaging/sips/png_decoder.h"
 #include "imaging/sips/tiff_writer.h"
 #include "imaging/sips/upright.h"
@@ -112,11 +113,12 @@ void writePicture(const ConvertRequest& request, const InputFile& input, const P
     OutputFile output(request.output, input.identity());
     codecs::FileSink sink(output.descriptor());
     const auto writer = makeDirectWriter(request, source, sink, output.descriptor());
-    source.pump(*writer);
+    OpacityWatch watched(*writer, source.layout);
+    source.pump(request.intermediate ? static_cast<codecs::RowWriter&>(watched) : *writer);
     writer->finish();
     sink.flush();
     if (request.intermediate) {
-        announceMetadata(source.metadata);
+        announceContents(source.metadata, watched.sawTransparency());
     }
     output.keep();
 }
@@ -151,8 +153,8 @@ void strip(codecs::PictureMetadata& metadata) {
     metadata.iptc.clear();
 }
 
-void announceMetadata(const codecs::PictureMetadata& metadata) {
-    std::string line = "metadata:";
+void announceContents(const codecs::PictureMetadata& metadata, bool transparent) {
+    std::string line = transparent ? "metadata: alpha" : "metadata:";
     const auto name = [&](const std::vector<std::byte>& content, const char* word) {
         line += content.empty() ? "" : word;
     };

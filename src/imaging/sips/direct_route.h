@@ -22,8 +22,9 @@ namespace sorvik::sips {
                                                                   const PictureSource& source, codecs::ByteSink& sink,
                                                                   int descriptor);
 
-/// Says on standard output what an intermediate carries.
-void announceMetadata(const codecs::PictureMetadata& metadata);
+/// Says on standard output what an intermediate carries that not every encoder takes over. `transparent`:
+/// not opaque everywhere.
+void announceContents(const codecs::PictureMetadata& metadata, bool transparent);
 
 /// Empties what `-s stripMetadata yes` takes away.
 void strip(codecs::PictureMetadata& metadata);

@@ -11,6 +11,7 @@
 #include "imaging/sips/full/region_pixels.h"
 #include "imaging/sips/full/vips_library.h"
 #include "imaging/sips/full/vips_writers.h"
+#include "imaging/sips/opacity_watch.h"
 
 namespace sorvik::sips {
 
@@ -84,12 +85,13 @@ void writePicture(const ConvertRequest& request, const InputFile& input, Picture
     OutputFile output(request.output, input.identity());
     codecs::FileSink sink(output.descriptor());
     const auto writer = makeWriter(request, source, sink, output.descriptor());
-    source.pump(*writer);
+    OpacityWatch watched(*writer, source.layout);
+    source.pump(request.intermediate ? static_cast<codecs::RowWriter&>(watched) : *writer);
     source.pump = nullptr;  // lets go of the decoder before an encoder that wants the memory
     writer->finish();
     sink.flush();
     if (request.intermediate) {
-        announceMetadata(source.metadata);
+        announceContents(source.metadata, watched.sawTransparency());
     }
     output.keep();
 }

@@ -59,8 +59,8 @@ constexpr std::array sources = {
     Source{"ico/favicon.ico", 48, 48, false},
     Source{"ico/hopper_256x256.ico", 256, 256},
     Source{"ico/black_and_white.ico", 16, 16, false},
-    Source{"svg/logo.svg", 981, 736, false},
-    Source{"svg/logo.svgz", 981, 736, false},
+    Source{"svg/logo.svg", 736, 552, false},
+    Source{"svg/logo.svgz", 736, 552, false},
     Source{"svg/blankpage.svg", 794, 1123, false},
     Source{"pdf/optipng.man.pdf", 2479, 3508, false},
 };

@@ -8,6 +8,7 @@
 #include "imaging/sips/failure.h"
 #include "imaging/sips/limits.h"
 #include "imaging/sips/photoshop_block.h"
+#include "imaging/sips/svg_units.h"
 #include "imaging/sips/upright.h"
 #include "tool.h"
 
@@ -86,6 +87,16 @@ TEST(Limits, HeadersAreBelievedBeforeDecoders) {
 }
 
 // Every cut of a file is told apart from the whole one, and none makes the look-up read too far.
+TEST(SvgUnits, AreThoseOfTheRootAlone) {
+    const auto absolute = [](std::string_view svg) { return hasAbsoluteUnits(bytesOf(svg)); };
+    EXPECT_TRUE(absolute("<?xml version='1.0'?><!-- <svg width='1px'> --><svg\n height = '297mm' width='210mm'>"));
+    EXPECT_TRUE(absolute("<svg:svg width=\"2.5in\">"));
+    EXPECT_FALSE(absolute("<svg width=\"401.98px\" height='12'><rect width='3mm'/>"));
+    EXPECT_FALSE(absolute("<svg viewBox='0 0 8 8'>"));
+    EXPECT_FALSE(absolute("<svg width='10mm"));
+    EXPECT_FALSE(absolute("\x1F\x8B junk"));
+}
+
 TEST(Completeness, CutsAreSeen) {
     const std::vector<std::pair<const char*, ContentKind>> rows{{"png/tbgn2c16.png", ContentKind::png},
                                                                 {"psd/rgba.psd", ContentKind::psd}};

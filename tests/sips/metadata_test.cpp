@@ -186,5 +186,33 @@ TEST(CarryMetadata, FillsWhatAWebpLacks) {
     EXPECT_EQ(contentsOf(folder / "o.webp"), "no webp");
 }
 
+/// An AVIF like those of an encoder that leaves out alpha and metadata.
+void bareAvif(const std::filesystem::path& intermediate, const std::filesystem::path& avif) {
+    const VImage picture = withoutProfile(VImage::new_from_file(intermediate.c_str()));
+    const VImage colours = picture.has_alpha() ? picture.extract_band(0, VImage::option()->set("n", 3)) : picture;
+    colours.heifsave(avif.c_str(), VImage::option()
+                                       ->set("compression", VIPS_FOREIGN_HEIF_COMPRESSION_AV1)
+                                       ->set("Q", 85)
+                                       ->set("effort", 2)
+                                       ->set("strip", true));
+}
+
+TEST(CarryMetadata, BringsTransparencyBackIntoAnAvif) {
+    const Folder folder;
+    const auto intermediate = folder / "i.png";
+    const auto target = folder / "o.avif";
+    for (const char* name : {"gif/transparent.gif", "svg/logo.svg", "png/pil123rgba.png", "psd/rgba.psd"}) {
+        SCOPED_TRACE(name);
+        ASSERT_EQ(convert(sample(name), intermediate, "png", {"-s", "purpose", "intermediate"}).status, 0);
+        bareAvif(intermediate, target);
+        const Outcome outcome = runSips({"--carry-metadata", intermediate.string(), target.string()});
+        ASSERT_EQ(outcome.status, 0) << outcome.error;
+        EXPECT_TRUE(read(target).has_alpha());
+        EXPECT_GT(likeness(read(target), read(intermediate)), 30);
+        EXPECT_EQ(contentsOf(target).substr(4, 8), "ftypavif");
+        EXPECT_EQ(folder.entries(), 2U) << "no temporary file stays";
+    }
+}
+
 }  // namespace
 }  // namespace sorvik::sips::test

@@ -1,6 +1,7 @@
 #include "imaging/sips/limits.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 
 #include "imaging/sips/byte_reader.h"
@@ -49,7 +50,9 @@ DecodedSize psdSize(std::span<const std::byte> bytes) {
 
 DecodedSize pngSize(std::span<const std::byte> bytes) {
     const ByteReader reader(bytes, std::endian::big);
-    return {reader.u32(16), reader.u32(20), reader.unsignedAt(24, 1) > 8 ? 8ULL : 4ULL};
+    constexpr std::array<std::uint64_t, 7> channels{1, 4, 3, 4, 2, 4, 4};  // by colour type; a palette may have alpha
+    const std::uint64_t type = std::min<std::uint64_t>(reader.unsignedAt(25, 1), channels.size() - 1);
+    return {reader.u32(16), reader.u32(20), channels[type] * (reader.unsignedAt(24, 1) > 8 ? 2 : 1)};
 }
 
 DecodedSize webpSize(std::span<const std::byte> bytes) {

@@ -22,6 +22,7 @@ enum class Decoding {
 };
 
 inline constexpr std::uint64_t maximumSide = 65535;
+/// Rows need little memory, but an intermediate lies on the disk with all of them.
 inline constexpr std::uint64_t maximumStreamedBytes = std::uint64_t{8} << 30;
 inline constexpr std::uint64_t maximumWholeBytes = std::uint64_t{1} << 30;
 

@@ -1,61 +1,25 @@
 #include "imaging/sips/full/carry_metadata.h"
 
-#include <webp/mux.h>
-
-#include <memory>
 #include <new>
 #include <string>
 
 #include "codecs/byte_sink.h"
 #include "codecs/intermediate_png.h"
+#include "codecs/samples.h"
+#include "imaging/sips/byte_reader.h"
 #include "imaging/sips/content_kind.h"
 #include "imaging/sips/files.h"
+#include "imaging/sips/fitting_writer.h"
+#include "imaging/sips/full/heif_handles.h"
+#include "imaging/sips/full/heif_writer.h"
+#include "imaging/sips/full/webp_metadata.h"
+#include "imaging/sips/limits.h"
+#include "imaging/sips/opacity_watch.h"
 #include "imaging/sips/upright.h"
 
 namespace sorvik::sips {
 
 namespace {
-
-using Mux = std::unique_ptr<WebPMux, decltype(&WebPMuxDelete)>;
-
-void check(WebPMuxError error) {
-    if (error == WEBP_MUX_MEMORY_ERROR) {
-        throw std::bad_alloc();
-    }
-    if (error != WEBP_MUX_OK) {
-        throw Failure(Status::failed, "damaged picture");
-    }
-}
-
-std::span<const std::byte> chunkOf(const Mux& mux, const char* name) {
-    WebPData data{};
-    if (WebPMuxGetChunk(mux.get(), name, &data) != WEBP_MUX_OK) {
-        return {};
-    }
-    return std::as_bytes(std::span(data.bytes, data.size));
-}
-
-void setChunk(const Mux& mux, const char* name, const std::vector<std::byte>& content) {
-    const WebPData data{reinterpret_cast<const std::uint8_t*>(content.data()), content.size()};
-    constexpr int copyData = 1;
-    check(WebPMuxSetChunk(mux.get(), name, &data, copyData));
-}
-
-void setWhereMissing(const Mux& mux, const char* name, const std::vector<std::byte>& content) {
-    if (!content.empty() && chunkOf(mux, name).empty()) {
-        setChunk(mux, name, content);
-    }
-}
-
-void declareChunkUpright(const Mux& mux) {
-    const auto chunk = chunkOf(mux, "EXIF");
-    codecs::PictureMetadata metadata;
-    metadata.exif.assign(chunk.begin(), chunk.end());
-    if (const int orientation = orientationOf(metadata.exif); orientation != 1) {
-        declareUpright(metadata, 1);
-        setChunk(mux, "EXIF", metadata.exif);
-    }
-}
 
 void replaceFile(const std::string& path, std::span<const std::byte> bytes) {
     ReplacementFile replacement(path);
@@ -65,25 +29,75 @@ void replaceFile(const std::string& path, std::span<const std::byte> bytes) {
     replacement.replace();
 }
 
-}  // namespace
+template <typename Visit>
+void forEachRow(const codecs::IntermediatePng& png, Visit&& visit) {
+    std::vector<std::byte> row(png.layout().rowBytes());
+    for (std::uint32_t y = 0; y < png.layout().height; ++y) {
+        png.readRow(y, row.data());
+        if (!visit(row)) {
+            return;
+        }
+    }
+}
 
-std::vector<std::byte> webpWithMetadata(std::span<const std::byte> webp, const codecs::PictureMetadata& metadata) {
-    const WebPData input{reinterpret_cast<const std::uint8_t*>(webp.data()), webp.size()};
-    constexpr int referToData = 0;
-    const Mux mux(WebPMuxCreate(&input, referToData), &WebPMuxDelete);
-    if (!mux) {
+bool isTransparent(const codecs::IntermediatePng& png) {
+    bool transparent = false;
+    if (png.layout().hasAlpha()) {
+        forEachRow(png, [&](const std::vector<std::byte>& row) {
+            transparent = rowIsTransparent(row.data(), png.layout());
+            return !transparent;
+        });
+    }
+    return transparent;
+}
+
+bool holdsAlpha(std::span<const std::byte> avif) {
+    const HeifContext context(heif_context_alloc());
+    heif_image_handle* handle = nullptr;
+    heif_error error = heif_context_read_from_memory_without_copy(context.get(), avif.data(), avif.size(), nullptr);
+    if (error.code == heif_error_Ok) {
+        error = heif_context_get_primary_image_handle(context.get(), &handle);
+    }
+    const HeifHandle owned(handle);
+    if (error.code == heif_error_Memory_allocation_error) {
+        throw std::bad_alloc();
+    }
+    if (error.code != heif_error_Ok) {
         throw Failure(Status::failed, "damaged picture");
     }
-    setWhereMissing(mux, "EXIF", metadata.exif);
-    setWhereMissing(mux, "XMP ", metadata.xmp);
-    setWhereMissing(mux, "ICCP", metadata.icc);
-    declareChunkUpright(mux);
-    WebPData output{};
-    check(WebPMuxAssemble(mux.get(), &output));
-    const std::unique_ptr<WebPData, decltype(&WebPDataClear)> owned(&output, &WebPDataClear);
-    const auto bytes = std::as_bytes(std::span(output.bytes, output.size));
-    return {bytes.begin(), bytes.end()};
+    return heif_image_handle_has_alpha_channel(handle) != 0;
 }
+
+/// What can stand beside the pixels of any encoder: they write RGB, and the pixels are upright.
+codecs::PictureMetadata carriedFrom(const codecs::IntermediatePng& png) {
+    codecs::PictureMetadata metadata = png.metadata();
+    const codecs::PixelLayout written{png.layout().width, png.layout().height, 3, 8};
+    if (!codecs::profileFits(metadata.icc, written)) {
+        metadata.icc.clear();
+    }
+    if (orientationOf(metadata.exif) != 1) {
+        declareUpright(metadata, 1);
+    }
+    return metadata;
+}
+
+void encodeAvif(const std::string& path, const codecs::IntermediatePng& png, const codecs::PictureMetadata& metadata) {
+    const codecs::PixelLayout layout = fitted(png.layout(), true, false);
+    requireDecodable({layout.width, layout.height, layout.bytesPerPixel()}, Decoding::whole);
+    ReplacementFile replacement(path);
+    codecs::FileSink sink(replacement.descriptor());
+    const auto writer = makeHeifWriter(HeifCodec::av1, sink, layout, metadata, std::nullopt);
+    FittingWriter fitting(*writer, png.layout(), layout);
+    forEachRow(png, [&](const std::vector<std::byte>& row) {
+        fitting.writeRows(row.data(), row.size(), 1);
+        return true;
+    });
+    writer->finish();
+    sink.flush();
+    replacement.replace();
+}
+
+}  // namespace
 
 Status carryMetadata(const CarryRequest& request) {
     const InputFile from(request.from);
@@ -91,11 +105,15 @@ Status carryMetadata(const CarryRequest& request) {
     if (!png) {
         throw Failure(Status::failed, "the metadata can only be carried from an intermediate");
     }
+    const codecs::PictureMetadata metadata = carriedFrom(*png);
     const InputFile to(request.to);
-    if (contentKindOf(to.bytes()) != ContentKind::webp) {
+    if (contentKindOf(to.bytes()) == ContentKind::webp) {
+        replaceFile(request.to, webpWithMetadata(to.bytes(), metadata));
+    } else if (holdsAt(to.bytes(), 4, "ftypavif") && isTransparent(*png) && !holdsAlpha(to.bytes())) {
+        encodeAvif(request.to, *png, metadata);
+    } else {
         throw Failure(Status::failed, "metadata can't be put into this kind of file");
     }
-    replaceFile(request.to, webpWithMetadata(to.bytes(), png->metadata()));
     return Status::finished;
 }
 

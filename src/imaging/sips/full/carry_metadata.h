@@ -1,22 +1,13 @@
 #pragma once
 
-#include <cstddef>
-#include <span>
-#include <vector>
-
-#include "codecs/picture.h"
 #include "imaging/sips/arguments.h"
 #include "imaging/sips/failure.h"
 
 namespace sorvik::sips {
 
-/// Puts EXIF, XMP and the profile of an intermediate into a WebP where it lacks them, replacing the
-/// file whole; its pixels are not encoded anew. Throws Failure.
+/// Gives a WebP or AVIF that was made from an intermediate what its encoder left out: EXIF, XMP and
+/// profile where it lacks them, and transparency, for which an AVIF is encoded anew. The file is
+/// replaced whole. Throws Failure; the file is then as it was.
 [[nodiscard]] Status carryMetadata(const CarryRequest& request);
-
-/// The bytes of `webp` with what it lacks of `metadata`, its own EXIF saying that it is upright.
-/// Throws Failure when it is no WebP.
-[[nodiscard]] std::vector<std::byte> webpWithMetadata(std::span<const std::byte> webp,
-                                                      const codecs::PictureMetadata& metadata);
 
 }  // namespace sorvik::sips

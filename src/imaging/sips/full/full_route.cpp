@@ -6,7 +6,7 @@
 #include "imaging/sips/direct_route.h"
 #include "imaging/sips/files.h"
 #include "imaging/sips/full/decode.h"
-#include "imaging/sips/full/heic_writer.h"
+#include "imaging/sips/full/heif_writer.h"
 #include "imaging/sips/full/icons.h"
 #include "imaging/sips/full/region_pixels.h"
 #include "imaging/sips/full/vips_library.h"
@@ -75,7 +75,7 @@ std::unique_ptr<codecs::RowWriter> makeWriter(const ConvertRequest& request, con
         case Format::webp:
             return makeWebpWriter(sink, source.layout, source.metadata, request.quality.value_or(defaultWebpQuality));
         case Format::heic:
-            return makeHeicWriter(sink, source.layout, source.metadata, request.quality);
+            return makeHeifWriter(HeifCodec::hevc, sink, source.layout, source.metadata, request.quality);
         default:
             return makeDirectWriter(request, source, sink, descriptor);
     }

@@ -11,6 +11,7 @@
 #include "imaging/sips/full/intermediate_image.h"
 #include "imaging/sips/full/vips_library.h"
 #include "imaging/sips/limits.h"
+#include "imaging/sips/svg_units.h"
 
 namespace sorvik::sips {
 
@@ -48,14 +49,16 @@ const LoaderRow* loaderOf(ContentKind kind) {
     return row == loaders.end() ? nullptr : &*row;
 }
 
-VOption* optionsFor(ContentKind kind) {
-    constexpr double svgDotsPerInch = 96;
+VOption* optionsFor(ContentKind kind, std::span<const std::byte> bytes) {
+    // libvips scales a drawing in pixels as if a pixel were a point: that is right for lengths alone.
+    constexpr double lengthDotsPerInch = 96;
+    constexpr double pixelDotsPerInch = 72;
     constexpr double pdfDotsPerInch = 300;
     VOption* options = VImage::option()->set("access", VIPS_ACCESS_SEQUENTIAL)->set("fail_on", VIPS_FAIL_ON_TRUNCATED);
     switch (kind) {
         case ContentKind::svg:
         case ContentKind::svgz:
-            return options->set("dpi", svgDotsPerInch);
+            return options->set("dpi", hasAbsoluteUnits(bytes) ? lengthDotsPerInch : pixelDotsPerInch);
         case ContentKind::pdf:
             return options->set("dpi", pdfDotsPerInch)->set("page", 0);
         default:
@@ -114,9 +117,9 @@ VImage loadIcon(const LoaderRow& loader, std::span<const std::byte> file) {
     const IconEntry icon = largestIcon(file);
     if (contentKindOf(icon.bytes) == ContentKind::png) {
         requireClaimDecodable(ContentKind::png, icon.bytes);
-        return loadBytes(*loaderOf(ContentKind::png), icon.bytes, optionsFor(ContentKind::png));
+        return loadBytes(*loaderOf(ContentKind::png), icon.bytes, optionsFor(ContentKind::png, icon.bytes));
     }
-    return loadBytes(loader, file, optionsFor(ContentKind::ico)->set("page", icon.index));
+    return loadBytes(loader, file, optionsFor(ContentKind::ico, file)->set("page", icon.index));
 }
 
 /// libvips takes their black from the wrong place.
@@ -158,7 +161,7 @@ LoadedPicture loadPicture(ContentKind kind, const InputFile& input) {
     if (kind == ContentKind::ico) {
         return {loadIcon(*loader, input.bytes()), {}};
     }
-    return {loadBytes(*loader, input.bytes(), optionsFor(kind)), {}};
+    return {loadBytes(*loader, input.bytes(), optionsFor(kind, input.bytes())), {}};
 }
 
 }  // namespace sorvik::sips

@@ -8,10 +8,13 @@
 
 namespace sorvik::sips {
 
-/// Writes a HEIC: 8 bits, or 10 for deep layouts; grey is written as RGB; with alpha, EXIF, XMP and
-/// ICC. `quality` 0 to 100 on libheif's scale; without one no difference can be seen. `sink` must
+/// What codes the pixels in a HEIF file: HEVC makes it a HEIC, AV1 an AVIF.
+enum class HeifCodec { hevc, av1 };
+
+/// Writes 8 bits, or 10 for deep layouts; grey is written as RGB; with alpha, EXIF, XMP and ICC.
+/// `quality` 0 to 100 on libheif's scale; without one the difference can't be seen. `sink` must
 /// outlive the writer. Throws Failure.
-[[nodiscard]] std::unique_ptr<codecs::RowWriter> makeHeicWriter(codecs::ByteSink& sink,
+[[nodiscard]] std::unique_ptr<codecs::RowWriter> makeHeifWriter(HeifCodec codec, codecs::ByteSink& sink,
                                                                 const codecs::PixelLayout& layout,
                                                                 const codecs::PictureMetadata& metadata,
                                                                 std::optional<int> quality);

@@ -1,20 +1,18 @@
-#include "imaging/sips/full/heic_writer.h"
-
-#include <libheif/heif.h>
+#include "imaging/sips/full/heif_writer.h"
 
 #include <array>
 #include <cstring>
 #include <exception>
 #include <new>
+#include <span>
 
 #include "imaging/sips/failure.h"
+#include "imaging/sips/full/heif_handles.h"
 
 namespace sorvik::sips {
 
 namespace {
 
-// About 48 dB on photographs.
-constexpr int defaultQuality = 70;
 // Where libheif's users draw the line between subsampled and full chroma.
 constexpr int fullChromaQuality = 90;
 constexpr int deepBits = 10;
@@ -26,35 +24,31 @@ struct Parameter {
 
 // Measured against libheif's preset `slow` at the same quality, 12 megapixels: a third of the time, at
 // most 7 percent larger and 0.3 dB less alike. What the quick search loses, finer chroma brings back.
-constexpr std::array tuning = {
+constexpr std::array hevcTuning = {
     Parameter{"preset", "ultrafast"},
     Parameter{"x265:rdoq-level", "2"},
     Parameter{"x265:cbqpoffs", "-5"},
     Parameter{"x265:crqpoffs", "-5"},
 };
 
-template <auto release>
-struct Releaser {
-    template <typename T>
-    void operator()(T* object) const {
-        release(object);
-    }
-};
-using Context = std::unique_ptr<heif_context, Releaser<heif_context_free>>;
-using Image = std::unique_ptr<heif_image, Releaser<heif_image_release>>;
-using Encoder = std::unique_ptr<heif_encoder, Releaser<heif_encoder_release>>;
-using Handle = std::unique_ptr<heif_image_handle, Releaser<heif_image_handle_release>>;
-using Options = std::unique_ptr<heif_encoding_options, Releaser<heif_encoding_options_free>>;
+// Measured against libheif's own 6, 8 megapixels with alpha: half the time, 1 percent larger, 0.7 dB less
+// alike. Between them, 7 makes files a sixth larger.
+constexpr std::array av1Tuning = {Parameter{"speed", "8"}};
 
-void check(const heif_error& error) {
-    if (error.code == heif_error_Ok) {
-        return;
-    }
-    if (error.code == heif_error_Memory_allocation_error) {
-        throw std::bad_alloc();
-    }
-    throw Failure(Status::failed, "the picture can't be written as HEIC");
-}
+struct CodecRow {
+    HeifCodec codec;
+    heif_compression_format format;
+    int quality;  ///< about 48 dB on photographs, 45 dB for AV1
+    std::span<const Parameter> tuning;
+    const char* failure;
+};
+
+constexpr std::array codecRows = {
+    CodecRow{HeifCodec::hevc, heif_compression_HEVC, 70, hevcTuning, "the picture can't be written as HEIC"},
+    CodecRow{HeifCodec::av1, heif_compression_AV1, 85, av1Tuning, "the picture can't be written as AVIF"},
+};
+
+static_assert(codecRows[0].codec == HeifCodec::hevc && codecRows[1].codec == HeifCodec::av1);
 
 /// One 8-bit pixel or one 16-bit pixel as RGB(A); deep samples are cut to 10 bits.
 template <typename Sample>
@@ -74,11 +68,12 @@ void convertRow(const std::byte* from, Sample* to, const codecs::PixelLayout& la
     }
 }
 
-class HeicWriter final : public codecs::RowWriter {
+class HeifWriter final : public codecs::RowWriter {
 public:
-    HeicWriter(codecs::ByteSink& sink, const codecs::PixelLayout& layout, const codecs::PictureMetadata& metadata,
-               int quality)
-        : sink_(sink), layout_(layout), metadata_(metadata), quality_(quality), image_(makeImage(layout)) {
+    HeifWriter(const CodecRow& codec, codecs::ByteSink& sink, const codecs::PixelLayout& layout,
+               const codecs::PictureMetadata& metadata, int quality)
+        : codec_(codec), sink_(sink), layout_(layout), metadata_(metadata), quality_(quality) {
+        makeImage();
         plane_ = heif_image_get_plane(image_.get(), heif_channel_interleaved, &stride_);
         if (!metadata.icc.empty()) {
             check(heif_image_set_raw_color_profile(image_.get(), "prof", metadata.icc.data(), metadata.icc.size()));
@@ -100,42 +95,51 @@ public:
     }
 
     void finish() override {
-        const Context context(heif_context_alloc());
-        const Encoder encoder = makeEncoder(context.get());
-        const Options options(heif_encoding_options_alloc());
+        const HeifContext context(heif_context_alloc());
+        const HeifEncoder encoder = makeEncoder(context.get());
+        const HeifOptions options(heif_encoding_options_alloc());
         options->save_alpha_channel = layout_.hasAlpha() ? 1 : 0;
         heif_image_handle* handle = nullptr;
         check(heif_context_encode_image(context.get(), image_.get(), encoder.get(), options.get(), &handle));
-        const Handle owned(handle);
+        const HeifHandle owned(handle);
         image_.reset();
         addMetadata(context.get(), handle);
         store(context.get());
     }
 
 private:
-    static Image makeImage(const codecs::PixelLayout& layout) {
-        const bool deep = layout.bitsPerSample == 16;
-        const heif_chroma shallow = layout.hasAlpha() ? heif_chroma_interleaved_RGBA : heif_chroma_interleaved_RGB;
-        const heif_chroma wide =
-            layout.hasAlpha() ? heif_chroma_interleaved_RRGGBBAA_LE : heif_chroma_interleaved_RRGGBB_LE;
-        const auto width = static_cast<int>(layout.width);
-        const auto height = static_cast<int>(layout.height);
-        heif_image* image = nullptr;
-        check(heif_image_create(width, height, heif_colorspace_RGB, deep ? wide : shallow, &image));
-        Image owned(image);
-        check(heif_image_add_plane(image, heif_channel_interleaved, width, height, deep ? deepBits : 8));
-        return owned;
+    void check(const heif_error& error) const {
+        if (error.code == heif_error_Ok) {
+            return;
+        }
+        if (error.code == heif_error_Memory_allocation_error) {
+            throw std::bad_alloc();
+        }
+        throw Failure(Status::failed, codec_.failure);
     }
 
-    Encoder makeEncoder(heif_context* context) const {
+    void makeImage() {
+        const bool deep = layout_.bitsPerSample == 16;
+        const heif_chroma shallow = layout_.hasAlpha() ? heif_chroma_interleaved_RGBA : heif_chroma_interleaved_RGB;
+        const heif_chroma wide =
+            layout_.hasAlpha() ? heif_chroma_interleaved_RRGGBBAA_LE : heif_chroma_interleaved_RRGGBB_LE;
+        const auto width = static_cast<int>(layout_.width);
+        const auto height = static_cast<int>(layout_.height);
+        heif_image* image = nullptr;
+        check(heif_image_create(width, height, heif_colorspace_RGB, deep ? wide : shallow, &image));
+        image_.reset(image);
+        check(heif_image_add_plane(image, heif_channel_interleaved, width, height, deep ? deepBits : 8));
+    }
+
+    HeifEncoder makeEncoder(heif_context* context) const {
         heif_encoder* encoder = nullptr;
-        check(heif_context_get_encoder_for_format(context, heif_compression_HEVC, &encoder));
-        Encoder owned(encoder);
+        check(heif_context_get_encoder_for_format(context, codec_.format, &encoder));
+        HeifEncoder owned(encoder);
         check(heif_encoder_set_lossy_quality(encoder, quality_));
-        for (const auto& [name, value] : tuning) {
-            check(heif_encoder_set_parameter_string(encoder, name, value));
+        for (const auto& [name, value] : codec_.tuning) {
+            check(heif_encoder_set_parameter(encoder, name, value));
         }
-        check(heif_encoder_set_parameter_string(encoder, "chroma", quality_ >= fullChromaQuality ? "444" : "420"));
+        check(heif_encoder_set_parameter(encoder, "chroma", quality_ >= fullChromaQuality ? "444" : "420"));
         return owned;
     }
 
@@ -176,11 +180,12 @@ private:
         check(error);
     }
 
+    const CodecRow& codec_;
     codecs::ByteSink& sink_;
     codecs::PixelLayout layout_;
     codecs::PictureMetadata metadata_;
     int quality_;
-    Image image_;
+    HeifImage image_;
     std::uint8_t* plane_ = nullptr;
     int stride_ = 0;
     std::uint32_t y_ = 0;
@@ -188,9 +193,11 @@ private:
 
 }  // namespace
 
-std::unique_ptr<codecs::RowWriter> makeHeicWriter(codecs::ByteSink& sink, const codecs::PixelLayout& layout,
+std::unique_ptr<codecs::RowWriter> makeHeifWriter(HeifCodec codec, codecs::ByteSink& sink,
+                                                  const codecs::PixelLayout& layout,
                                                   const codecs::PictureMetadata& metadata, std::optional<int> quality) {
-    return std::make_unique<HeicWriter>(sink, layout, metadata, quality.value_or(defaultQuality));
+    const CodecRow& row = codecRows[static_cast<std::size_t>(codec)];
+    return std::make_unique<HeifWriter>(row, sink, layout, metadata, quality.value_or(row.quality));
 }
 
 }  // namespace sorvik::sips

@@ -24,6 +24,10 @@ bool SystemBatchEngine::compress(ImageFormat, const QString&, const QString&, do
     return false;  // no recipe stands yet; the converted file stays as it is
 }
 
+bool SystemBatchEngine::hasSignature(const QByteArray& bytes, ImageFormat format) {
+    return sorvik::hasSignature(bytes, format);
+}
+
 bool SystemBatchEngine::isValidImageFile(const QString& path, ImageFormat format) {
     return sorvik::isValidImageFile(path, format);
 }

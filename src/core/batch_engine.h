@@ -25,6 +25,9 @@ public:
     /// (0 to 100, or a level). False when there is no result.
     virtual bool compress(ImageFormat format, const QString& inputPath, const QString& outputPath, double value) = 0;
 
+    /// Whether bytes begin as their format does.
+    virtual bool hasSignature(const QByteArray& bytes, ImageFormat format) = 0;
+
     /// Whether a produced file begins as its format does.
     virtual bool isValidImageFile(const QString& path, ImageFormat format) = 0;
 
@@ -40,6 +43,7 @@ public:
     QByteArray convertEPS(const QString& path, ImageFormat format, bool stripMetadata, double quality) override;
     QByteArray convertAI(const QString& path, ImageFormat format, double quality) override;
     bool compress(ImageFormat format, const QString& inputPath, const QString& outputPath, double value) override;
+    bool hasSignature(const QByteArray& bytes, ImageFormat format) override;
     bool isValidImageFile(const QString& path, ImageFormat format) override;
     void clearResultCache() override;
     void clearSignatureCache() override;

@@ -2,9 +2,11 @@
 
 #include <QCoroFuture>
 #include <QDir>
+#include <QScopeGuard>
 #include <QtConcurrent>
 
 #include <algorithm>
+#include <exception>
 #include <new>
 #include <utility>
 #include <variant>
@@ -36,6 +38,8 @@ QFuture<Attempt<std::invoke_result_t<Work>>> inPool(QThreadPool& pool, Work work
             return ConversionError(QString::fromUtf8(error.what()));
         } catch (const std::bad_alloc&) {
             return ConversionError(QStringLiteral("Cannot allocate memory"));
+        } catch (const std::exception& error) {
+            return ConversionError(QString::fromUtf8(error.what()));  // a row ends, whatever has happened
         }
     });
 }
@@ -45,10 +49,12 @@ bool isOffered(InputFormat input, ImageFormat output) {
     return std::ranges::find(offered, output) != offered.end();
 }
 
-/// A conversion that is not on offer must not take the place of its own source.
+/// A conversion must not take the place of its own source, by its name or through a link. The one that may
+/// is on offer under the source's own name: an icon made anew.
 void refuseReplacingSource(const FileItem& item, const QString& output) {
     const bool same = fileIdentity(item.path()) == fileIdentity(output);
-    if (same && !isOffered(*item.inputFormat, *item.outputFormat)) {
+    const bool renewed = output == item.path() && isOffered(*item.inputFormat, *item.outputFormat);
+    if (same && !renewed) {
         throw ConversionError(Refusal::outputIsSource);
     }
 }
@@ -166,10 +172,10 @@ QFuture<void> ConversionBatch::makeFolders() const {
 
 QCoro::Task<> ConversionBatch::child(WorkItem work) {
     co_await semaphore_.wait();
+    const auto givePermitBack = qScopeGuard([this] { semaphore_.signal(); });
     if (!cancelled_) {
         co_await runRow(work);
     }
-    semaphore_.signal();
 }
 
 QCoro::Task<> ConversionBatch::runRow(WorkItem work) {
@@ -206,6 +212,9 @@ QCoro::Task<std::optional<ConversionError>> ConversionBatch::processFile(WorkIte
     const FinishJob job = makeFinishJob(work, converted);
     OutputLanes::Pass pass(lanes_, converted.folder + u'/' + fileName(job.outputPath).toString());
     co_await pass.turn();
+    if (!indexOf(work)) {
+        co_return std::nullopt;
+    }
     const QFuture<Attempt<FinishedFile>> finishing = startFinishing(job);
     const Attempt<FinishedFile> finished = co_await finishing;
     if (const auto* error = std::get_if<ConversionError>(&finished)) {

@@ -20,8 +20,8 @@ std::int64_t sizeOrThrow(const QString& path) {
     return size ? *size : throw ConversionError(error.description);
 }
 
-void checkSignature(BatchEngine& engine, const FinishJob& job) {
-    if (!engine.isValidImageFile(job.outputPath, job.format)) {
+void checkFile(BatchEngine& engine, const QString& path, ImageFormat format) {
+    if (!engine.isValidImageFile(path, format)) {
         throw ConversionError();
     }
 }
@@ -38,8 +38,9 @@ bool compressInPlace(BatchEngine& engine, const FinishJob& job, double value) {
     if (!engine.compress(job.format, job.outputPath, compressed, value)) {
         return false;
     }
+    checkFile(engine, compressed, job.format);  // before it takes the place of a good file
     throwIf(moveFile(compressed, job.outputPath));
-    checkSignature(engine, job);
+    checkFile(engine, job.outputPath, job.format);
     return true;
 }
 
@@ -49,13 +50,16 @@ FinishedFile finishFile(BatchEngine& engine, const FinishJob& job) {
     if (fileIdentity(job.sourcePath) != job.source) {
         throw ConversionError(Refusal::changedMeanwhile);
     }
+    if (!engine.hasSignature(job.bytes, job.format)) {
+        throw ConversionError();  // what stands at the output is worth more
+    }
     throwIf(writeAtomically(job.outputPath, job.bytes));
     FinishedFile finished;
     if (job.compression) {
         finished.convertedSize = sizeOrThrow(job.outputPath);
         finished.wasCompressed = compressInPlace(engine, job, *job.compression);
     } else {
-        checkSignature(engine, job);
+        checkFile(engine, job.outputPath, job.format);
         finished.convertedSize = sizeOrThrow(job.outputPath);
     }
     finished.outputSize = fileSize(job.outputPath);

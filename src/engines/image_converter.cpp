@@ -73,14 +73,15 @@ std::optional<QString> resultKey(const QString& path, ImageFormat format, bool s
     if (!identity) {
         return std::nullopt;
     }
-    return QStringLiteral("%1:%2:%3:%4 %5 %6 %7")
+    return QStringLiteral("%1:%2:%3:%4 %5 %6 %7 %8")
         .arg(identity->device)
         .arg(identity->inode)
         .arg(identity->size)
         .arg(identity->modified)
         .arg(rawValue(format))
         .arg(stripMetadata)
-        .arg(quality);
+        .arg(quality)
+        .arg(pathExtension(path));
 }
 
 /// What an intermediate picture holds that ImageMagick's writers of these formats leave out.

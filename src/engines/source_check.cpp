@@ -69,7 +69,11 @@ std::optional<ConversionError> checkDestination(const QString& path) {
     const QByteArray name = QFile::encodeName(path);
     struct stat file {};
     if (stat(name.constData(), &file) != 0) {
-        return std::nullopt;  // nothing in the way
+        if (errno == ENAMETOOLONG) {
+            return ConversionError(Refusal::outputNameTooLong);
+        }
+        const bool free = lstat(name.constData(), &file) != 0;
+        return free ? std::nullopt : std::optional(ConversionError(Refusal::outputNotAFile));  // a link to nothing
     }
     if (!S_ISREG(file.st_mode)) {
         return ConversionError(Refusal::outputNotAFile);

@@ -72,6 +72,23 @@ std::optional<Size> bitmapSize(const QByteArray& data) {
     return checkedSize(readLittle<qint32>(data, 4), (doubled < 0 ? -doubled : doubled) / 2);
 }
 
+/// Whether a bitmap's palette, rows and mask can all be there, so that no decoder has to fill anything up. A
+/// compressed bitmap is left to the decoder.
+bool holdsItsPixels(const QByteArray& data, Size size) {
+    const quint32 compression = readLittle<quint32>(data, 16);
+    if (compression != 0) {
+        return true;
+    }
+    const std::uint64_t depth = readLittle<quint16>(data, 14);
+    const std::uint64_t used = readLittle<quint32>(data, 32);
+    const std::uint64_t colors = depth > 8 ? 0 : used != 0 ? used : std::uint64_t{1} << depth;
+    const auto rowBytes = [&](std::uint64_t bits) { return (size.width * bits + 31) / 32 * 4; };
+    // The mask of a 32-bit frame is often left out: alpha says it all.
+    const std::uint64_t mask = depth == 32 ? 0 : rowBytes(1) * size.height;
+    return readLittle<quint32>(data, 0) + colors * 4 + rowBytes(depth) * size.height + mask <=
+           static_cast<std::uint64_t>(data.size());
+}
+
 std::optional<IcoFrame> readFrame(const QByteArray& file, const Entry& entry) {
     if (entry.offset > static_cast<quint64>(file.size()) ||
         entry.size > static_cast<quint64>(file.size()) - entry.offset) {
@@ -82,7 +99,7 @@ std::optional<IcoFrame> readFrame(const QByteArray& file, const Entry& entry) {
     frame.isPng = isPng(frame.data);
     frame.bitsPerPixel = entry.bitsPerPixel;
     const auto size = frame.isPng ? pngSize(frame.data) : bitmapSize(frame.data);
-    if (!size) {
+    if (!size || (!frame.isPng && !holdsItsPixels(frame.data, *size))) {
         return std::nullopt;
     }
     frame.width = size->width;

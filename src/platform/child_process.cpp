@@ -7,10 +7,12 @@
 #include <QProcessEnvironment>
 
 #include <linux/close_range.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 
 namespace sorvik {
 namespace {
@@ -63,9 +65,16 @@ int visibleObstacle(const ChildSetup& setup) {
     return access(QFile::encodeName(setup.executable).constData(), X_OK) == 0 ? 0 : errno;
 }
 
-/// Whatever a library or our own parent left inheritable stays out of the child. Runs in the child, in
-/// the memory of this process: nothing but a system call.
-void shutStrayDescriptors() { close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC); }
+/// Runs in the child, in the memory of this process: nothing but system calls.
+void setApart() {
+    // Whatever a library or our own parent left inheritable stays out of the child.
+    close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
+    // A group of its own: an interrupt at the terminal reaches this program, which lets its tools end.
+    setpgid(0, 0);
+    // Should this program be killed, the tool goes too. The signal comes when the thread that started the
+    // child ends, and that thread waits in runChild() for as long as the child lives.
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+}
 
 void prepare(QProcess& process, const ChildSetup& setup) {
     process.setProgram(setup.executable);
@@ -74,7 +83,7 @@ void prepare(QProcess& process, const ChildSetup& setup) {
     if (setup.environment) {
         process.setProcessEnvironment(childEnvironment(*setup.environment));
     }
-    process.setChildProcessModifier(shutStrayDescriptors);
+    process.setChildProcessModifier(setApart);
     process.setStandardInputFile(QProcess::nullDevice());
     if (setup.output == ChildSetup::Output::discarded) {
         process.setStandardOutputFile(QProcess::nullDevice());

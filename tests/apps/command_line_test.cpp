@@ -22,6 +22,8 @@ TEST(CommandLine, ReadsAConversion) {
     EXPECT_TRUE(options.stripMetadata);
     EXPECT_FALSE(options.json);
     EXPECT_EQ(options.files, (QStringList{text("/here/a.png"), text("/b.png"), text("/c/d.png")}));
+    EXPECT_EQ(std::get<ConvertOptions>(parse("sorvikbatch convert --to webp --output-prefix= a.png")).outputPrefix,
+              QString());
     const auto dashed = std::get<ConvertOptions>(parse("sorvikbatch convert --to webp -- -a.png"));
     EXPECT_EQ(dashed.files, QStringList{text("/here/-a.png")});
 }
@@ -37,6 +39,7 @@ TEST(CommandLine, SaysWhatIsWrongWithBadUsage) {
              Row{"sorvikbatch convert --to png", "files"},
              Row{"sorvikbatch convert --to psd a.png", "'psd' is no format to convert to; it can be bmp, gif"},
              Row{"sorvikbatch convert --to png --quality 3 a.png", "--quality"},
+             Row{"sorvikbatch convert --to png ", "empty name"},
          }) {
         const auto parsed = parse(row.line);
         ASSERT_TRUE(std::holds_alternative<Answer>(parsed)) << row.line;

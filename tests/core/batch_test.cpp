@@ -193,6 +193,23 @@ TEST_F(Batch, OverwritesNothingWhenTheSourceChangesMeanwhile) {
     EXPECT_EQ(read(text("a.png")), "what stood there");
 }
 
+TEST_F(Batch, DoesNotReplaceAGoodFileByJunk) {
+    write(text("junk.png"), "what stood there");
+    drop({write(text("junk.jpg"))});
+    runToEnd();
+    EXPECT_FALSE(row(0).isProcessed);
+    EXPECT_EQ(read(text("junk.png")), "what stood there");
+}
+
+TEST_F(Batch, DoesNotReplaceItsSourceThroughALink) {
+    drop({write(text("a.png"))});
+    QFile::link(path(text("a.png")), path(text("a.jpg")));
+    runToEnd();
+    EXPECT_EQ(error(0), text("Processing failed: The result would replace the original. Please set a prefix or a "
+                             "suffix."));
+    EXPECT_EQ(read(text("a.png")), "content");
+}
+
 TEST_F(Batch, DoesNotLetAConversionReplaceItsSource) {
     drop({write(text("a.jpg"))});
     model.setOutputFormat(0, ImageFormat::jpeg);
@@ -258,15 +275,20 @@ TEST(BatchLifetime, EndsInOrderWhenTheModelGoes) {
     file.write("content");
     file.close();
     FakeEngine engine;
-    engine.onConvert = [](const QString&) { QThread::msleep(50); };
+    std::atomic<bool> started = false;
+    engine.onConvert = [&](const QString&) {
+        started = true;
+        QThread::msleep(50);
+    };
     {
         FileProcessingViewModel model(engine);
         QSignalSpy inserted(&model, &FileProcessingViewModel::filesInserted);
         model.handleDrop({QUrl::fromLocalFile(file.fileName())});
         ASSERT_TRUE(QTest::qWaitFor([&] { return !inserted.isEmpty(); }, 5000));
         model.startConversion(false);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return started.load(); }, 5000));
     }
-    SUCCEED();
+    EXPECT_TRUE(QFile::exists(folder.filePath(text("a.png")))) << "what was in flight is finished";
 }
 
 TEST(AsyncSemaphore, PassesPermitsInTheOrderOfComing) {

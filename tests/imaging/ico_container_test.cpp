@@ -32,7 +32,8 @@ QByteArray pngOf(quint32 width, quint32 height) {
 
 // An icon of one bitmap whose header says what is given; a directory byte says nothing.
 QByteArray bitmapIcon(quint32 width, quint32 height) {
-    QByteArray icon = writeIco({{1, 1, QByteArray(64, '\0')}});
+    // A depth of 0 takes rows of nothing; the mask below them has room.
+    QByteArray icon = writeIco({{1, 1, QByteArray(4096, '\0')}});
     put32(icon, headerSize + entrySize, 40);
     put32(icon, headerSize + entrySize + 4, width);
     put32(icon, headerSize + entrySize + 8, height);
@@ -122,6 +123,15 @@ TEST(IcoContainer, SurvivesEveryCutAndWrongByte) {
             }
         }
     }
+}
+
+TEST(IcoContainer, LeavesOutABitmapWhosePixelsAreNotAllThere) {
+    const QByteArray whole = readData(QStringLiteral("hopper_256x256.ico"));
+    ASSERT_EQ(readIco(whole).size(), 1U);
+    QByteArray shrunk = whole;
+    const quint32 third = static_cast<quint32>(whole.size()) / 3;
+    shrunk.replace(headerSize + 8, 4, QByteArray(reinterpret_cast<const char*>(&third), 4));
+    EXPECT_TRUE(readIco(shrunk).empty());
 }
 
 TEST(IcoContainer, StandaloneFilesHoldTheSameFrame) {

@@ -80,7 +80,11 @@ void BatchFront::end(int, int failed, bool cancelled) {
     if (summary && !options_.json) {
         print(output_, *summary + u'\n');
     }
-    emit finished(failed > 0 || cancelled ? statusRowFailed : statusSuccess);
+    const bool unprinted = std::ferror(output_) != 0;
+    if (unprinted) {
+        std::fputs("sorvikbatch: the rows could not be printed\n", stderr);
+    }
+    emit finished(failed > 0 || cancelled || unprinted ? statusRowFailed : statusSuccess);
 }
 
 }  // namespace sorvik

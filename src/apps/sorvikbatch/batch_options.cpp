@@ -59,11 +59,19 @@ void describe(CLI::App& app, CLI::App& convert, RawOptions& raw, ConvertOptions&
         "Exit status: 0 when every file succeeded, 1 when one failed, 2 for bad usage.");
 }
 
-/// CLI11 reads the words from the last to the first.
+/// CLI11 reads the words from the last to the first, and takes "--option=" for an option without a value where
+/// scripts mean an empty one.
 std::vector<std::string> reversedWords(const QStringList& arguments) {
     std::vector<std::string> words;
-    std::ranges::transform(arguments.mid(1), std::back_inserter(words),
-                           [](const QString& argument) { return argument.toStdString(); });
+    bool optionsEnded = false;
+    for (const QString& argument : arguments.mid(1)) {
+        optionsEnded = optionsEnded || argument == u"--";
+        const bool emptyValue = !optionsEnded && argument.startsWith(u"--") && argument.endsWith(u'=');
+        words.push_back((emptyValue ? argument.chopped(1) : argument).toStdString());
+        if (emptyValue) {
+            words.emplace_back();
+        }
+    }
     std::ranges::reverse(words);
     return words;
 }
@@ -96,6 +104,9 @@ std::variant<ConvertOptions, Answer> parseCommandLine(const QStringList& argumen
     const auto format = names.find(QString::fromStdString(raw.to).toLower().toStdString());
     if (format == names.end()) {
         return badUsage("--to: '" + raw.to + "' is no format to convert to; it can be " + formatList());
+    }
+    if (std::ranges::find(raw.files, std::string()) != raw.files.end()) {
+        return badUsage("an empty name is no file");
     }
     options.to = format->second;
     options.outputPrefix = QString::fromStdString(raw.outputPrefix);

@@ -6,6 +6,7 @@
 #include <QSocketNotifier>
 
 #include <array>
+#include <cerrno>
 #include <csignal>
 
 namespace sorvik {
@@ -15,9 +16,11 @@ namespace {
 std::array<int, 2> wakePipe{-1, -1};  // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
 
 extern "C" void wake(int signalNumber) {
+    const int before = errno;
     const char byte = 1;
     [[maybe_unused]] const auto written = write(wakePipe[1], &byte, 1);
     std::signal(signalNumber, SIG_DFL);
+    errno = before;
 }
 
 }  // namespace
@@ -31,8 +34,9 @@ Interrupt::Interrupt(QObject* parent) : QObject(parent) {
         notifier->setEnabled(false);
         emit raised();
     });
-    std::signal(SIGINT, wake);
-    std::signal(SIGTERM, wake);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        std::signal(number, wake);
+    }
 }
 
 }  // namespace sorvik

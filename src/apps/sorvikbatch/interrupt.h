@@ -4,7 +4,7 @@
 
 namespace sorvik {
 
-/// Turns SIGINT and SIGTERM into a signal of the event loop. The second one ends the process at once. One
+/// Turns SIGINT, SIGTERM and SIGHUP into a signal of the event loop. The second one ends the process at once. One
 /// object a process.
 class Interrupt : public QObject {
     Q_OBJECT

@@ -23,6 +23,7 @@ constexpr std::array sentences{
     Row{Refusal::tooLarge, "This picture is too large to be converted."},
     Row{Refusal::changedMeanwhile, "The file changed while it was being converted. Please try again."},
     Row{Refusal::outputNotAFile, "Something that is not a file stands where the result would go."},
+    Row{Refusal::outputNameTooLong, "The result's name would be too long. Please shorten the file's name."},
     Row{Refusal::outputIsSource, "The result would replace the original. Please set a prefix or a suffix."},
 };
 

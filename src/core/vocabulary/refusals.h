@@ -16,6 +16,7 @@ enum class Refusal {
     tooLarge,
     changedMeanwhile,
     outputNotAFile,
+    outputNameTooLong,
     outputIsSource,
 };
 

@@ -63,7 +63,7 @@ public:
 
 private:
     struct WorkItem {
-        qsizetype index;
+        qsizetype index = 0;
         FileItem item;  // as it was when the batch began
     };
 

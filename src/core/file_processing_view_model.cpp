@@ -65,7 +65,7 @@ int FileProcessingViewModel::maxConcurrentOperations(int processors) {
 }
 
 bool FileProcessingViewModel::handleDrop(const QList<QUrl>& urls) {
-    const ProcessingMode mode = settings_ ? settings_->processingMode.value() : ProcessingMode::convert;
+    const ProcessingMode mode = settings_ != nullptr ? settings_->processingMode.value() : ProcessingMode::convert;
     QtConcurrent::run(&pool_, [urls, mode] {
         return makeFileItems(urls, mode);
     }).then(this, [this](std::vector<FileItem> items) { addFiles(std::move(items)); });

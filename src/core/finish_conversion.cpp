@@ -29,12 +29,11 @@ void checkFile(BatchEngine& engine, const QString& path, ImageFormat format) {
 /// Runs the recipe on the written output. True when the output is now the compressed file; a recipe
 /// without a result leaves the output as it is.
 bool compressInPlace(BatchEngine& engine, const FinishJob& job, double value) {
-    auto& temporaryFiles = SharedTempFileManager::shared();
     const QString compressed =
         QStringLiteral("%1/sorvik_compressed_%2.%3")
-            .arg(temporaryFiles.tempDirectory(), QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper(),
-                 fileExtension(job.format));
-    const auto cleanUp = qScopeGuard([&] { temporaryFiles.remove(compressed); });
+            .arg(SharedTempFileManager::shared().tempDirectory(),
+                 QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper(), fileExtension(job.format));
+    const auto cleanUp = qScopeGuard([&] { SharedTempFileManager::remove(compressed); });
     if (!engine.compress(job.format, job.outputPath, compressed, value)) {
         return false;
     }

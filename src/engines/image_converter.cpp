@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QStorageInfo>
+#include <QtEndian>
 
 #include <algorithm>
 #include <array>
@@ -20,18 +21,26 @@
 namespace sorvik {
 namespace {
 
+constexpr quint32 anySide = 0;
+
 struct RouteRow {
     ImageFormat format;
     OutputRoute route;
+    quint32 largestSide = anySide;  // pixels; what the encoder takes
 };
 
 constexpr std::array outputRoutes{
-    RouteRow{ImageFormat::bmp, OutputRoute::systemTool},   RouteRow{ImageFormat::gif, OutputRoute::systemTool},
-    RouteRow{ImageFormat::heic, OutputRoute::heicWriter},  RouteRow{ImageFormat::ico, OutputRoute::icoWriter},
-    RouteRow{ImageFormat::jpeg, OutputRoute::systemTool},  RouteRow{ImageFormat::png, OutputRoute::pngWriter},
-    RouteRow{ImageFormat::tiff, OutputRoute::systemTool},  RouteRow{ImageFormat::webp, OutputRoute::imageMagick},
-    RouteRow{ImageFormat::svg, OutputRoute::systemTool},   RouteRow{ImageFormat::pdf, OutputRoute::pdfWriter},
-    RouteRow{ImageFormat::avif, OutputRoute::imageMagick},
+    RouteRow{ImageFormat::bmp, OutputRoute::systemTool},
+    RouteRow{ImageFormat::gif, OutputRoute::systemTool},
+    RouteRow{ImageFormat::heic, OutputRoute::heicWriter},
+    RouteRow{ImageFormat::ico, OutputRoute::icoWriter},
+    RouteRow{ImageFormat::jpeg, OutputRoute::systemTool},
+    RouteRow{ImageFormat::png, OutputRoute::pngWriter},
+    RouteRow{ImageFormat::tiff, OutputRoute::systemTool},
+    RouteRow{ImageFormat::webp, OutputRoute::imageMagick, 16383},
+    RouteRow{ImageFormat::svg, OutputRoute::systemTool},
+    RouteRow{ImageFormat::pdf, OutputRoute::pdfWriter},
+    RouteRow{ImageFormat::avif, OutputRoute::imageMagick, 16384},
 };
 
 static_assert(outputRoutes.size() == imageFormatCount && isIndexedBy(outputRoutes, &RouteRow::format));
@@ -79,9 +88,27 @@ std::optional<QString> resultKey(const QString& path, ImageFormat format, bool s
         .arg(identity->size)
         .arg(identity->modified)
         .arg(rawValue(format))
-        .arg(stripMetadata)
+        .arg(stripMetadata ? 1 : 0)
         .arg(quality)
         .arg(pathExtension(path));
+}
+
+/// Throws when a side of a PNG is longer than the format's encoder takes.
+void requireFitting(const QString& png, ImageFormat format) {
+    constexpr qsizetype sidesOffset = 16;  // of the two numbers in IHDR
+    constexpr qsizetype headLength = 24;
+    const quint32 largest = outputRoutes[static_cast<std::size_t>(format)].largestSide;
+    QFile file(png);
+    const QByteArray head = file.open(QIODevice::ReadOnly) ? file.read(headLength) : QByteArray();
+    if (largest == anySide || head.size() < headLength) {
+        return;
+    }
+    const auto side = [&](qsizetype offset) {
+        return qFromBigEndian<quint32>(head.constData() + sidesOffset + offset);
+    };
+    if (std::max(side(0), side(sizeof(quint32))) > largest) {
+        throw ConversionError(Refusal::tooLarge);
+    }
 }
 
 /// What an intermediate picture holds that ImageMagick's writers of these formats leave out.
@@ -119,7 +146,7 @@ QByteArray ImageConverter::convertFile(const QString& path, ImageFormat format, 
     if (const auto known = key ? results_.find(*key) : std::nullopt) {
         return *known;
     }
-    const QByteArray bytes = routed(path, format, stripMetadata, quality);
+    QByteArray bytes = routed(path, format, stripMetadata, quality);
     if (key && resultKey(path, format, stripMetadata, quality) == key) {
         results_.insert(*key, bytes);
     }
@@ -205,6 +232,7 @@ QByteArray ImageConverter::viaImageMagick(const imaging::Picture& picture, Image
     const TempFile intermediate(tempPrefix, QStringLiteral("png"));
     const QString carried = extensions_.makeIntermediate(picture, intermediate.path(),
                                                          avif ? imaging::Colors::sRGB : imaging::Colors::asTheyAre);
+    requireFitting(intermediate.path(), format);
     const TempFile result(tempPrefix, fileExtension(format));
     const auto recipe = avif ? &convertAVIFFile : &convertWebPFile;
     if (!recipe(tools_, intermediate.path(), result.path(), imageMagickQuality)) {

@@ -7,9 +7,9 @@
 
 #include <array>
 #include <cerrno>
-#include <cstring>
 
 #include "core/vocabulary/path_names.h"
+#include "platform/system_words.h"
 
 namespace sorvik {
 namespace {
@@ -27,7 +27,7 @@ constexpr std::array notPictures{
 ConversionError systemError(int errorNumber) {
     // To a user a volume that can't be written to is a matter of permission.
     const bool readOnly = errorNumber == EROFS || errorNumber == EPERM;
-    return ConversionError(QString::fromLocal8Bit(std::strerror(readOnly ? EACCES : errorNumber)));
+    return ConversionError(systemWords(readOnly ? EACCES : errorNumber));
 }
 
 /// Why a path could not be followed to a file.

@@ -15,7 +15,7 @@ QString programsRoot() {
 }  // namespace
 
 // Absolute, since children get these paths and run in other working directories.
-Bundle::Bundle(QString root) : root_(QDir::cleanPath(QFileInfo(std::move(root)).absoluteFilePath())) {}
+Bundle::Bundle(const QString& root) : root_(QDir::cleanPath(QFileInfo(root).absoluteFilePath())) {}
 
 const Bundle& Bundle::main() {
     static const Bundle bundle(programsRoot());

@@ -11,7 +11,7 @@ namespace sorvik {
 /// the environment variable SORVIK_BUNDLE names another one.
 class Bundle {
 public:
-    explicit Bundle(QString root);
+    explicit Bundle(const QString& root);
 
     /// The running program's. Made on first use, any thread.
     static const Bundle& main();

@@ -60,7 +60,7 @@ QString SharedTempFileManager::createUniqueTempFile(const QString& prefix, const
     int error = 0;
     milliseconds wait = firstWait;
     for (int attempt = 1; attempt <= maximumAttempts; ++attempt) {
-        const QString path = generateUniquePath(prefix, extension);
+        QString path = generateUniquePath(prefix, extension);
         error = createEmptyFile(path);
         if (error == 0) {
             return path;
@@ -79,6 +79,6 @@ void SharedTempFileManager::remove(const QString& path) { QFile::remove(path); }
 TempFile::TempFile(const QString& prefix, const QString& extension)
     : path_(SharedTempFileManager::shared().createUniqueTempFile(prefix, extension)) {}
 
-TempFile::~TempFile() { SharedTempFileManager::shared().remove(path_); }
+TempFile::~TempFile() { SharedTempFileManager::remove(path_); }
 
 }  // namespace sorvik

@@ -36,7 +36,7 @@ public:
     [[nodiscard]] QString createUniqueTempFile(const QString& prefix, const QString& extension);
 
     /// Deletes a file that was handed out; a failure is ignored.
-    void remove(const QString& path);
+    static void remove(const QString& path);
 
 private:
     QString directory_;

@@ -246,6 +246,9 @@ TEST_F(Convert, SaysWhatStandsInTheWayOfARow) {
     EXPECT_EQ(batch.error(text("notes.txt")), text("Skipped: Invalid input format"));
     EXPECT_EQ(batch.error(text("bomb.gif")), failure(sentence(Refusal::tooLarge)));
     EXPECT_FALSE(QFile::exists(path(text("junk.png"))));
+
+    toolOutput(text("/usr/bin/convert"), {text("-size"), text("16384x2"), text("xc:red"), path(text("wide.png"))});
+    EXPECT_EQ(convert(text("webp"), {text("wide.png")}).error(text("wide.png")), failure(sentence(Refusal::tooLarge)));
 }
 
 TEST_F(Convert, LeavesOriginalsAloneWhenTheDiskIsFull) {

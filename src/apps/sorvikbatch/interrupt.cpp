@@ -13,7 +13,7 @@ namespace sorvik {
 namespace {
 
 // A signal handler reaches nothing but globals.
-std::array<int, 2> wakePipe{-1, -1};  // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
+std::array<int, 2> wakePipe{-1, -1};
 
 extern "C" void wake(int signalNumber) {
     const int before = errno;

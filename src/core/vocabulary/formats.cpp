@@ -10,10 +10,10 @@ namespace {
 using enum ImageFormat;
 
 struct ImageFormatRow {
-    ImageFormat format;
+    ImageFormat format = bmp;
     QLatin1StringView rawValue;
     QLatin1StringView fileExtension;
-    bool compressible;
+    bool compressible = false;
 };
 
 constexpr QLatin1StringView text(const char* literal) { return QLatin1StringView(literal); }
@@ -28,13 +28,13 @@ constexpr std::array imageFormats{
 };
 
 struct InputFormatRow {
-    InputFormat format;
+    InputFormat format = InputFormat::bmp;
     QLatin1StringView rawValue;
     QLatin1StringView fileExtension;
     std::array<QLatin1StringView, 6> recognised;
-    bool compressible;
-    bool metadataCapable;
-    ImageFormat compressedTo;
+    bool compressible = false;
+    bool metadataCapable = false;
+    ImageFormat compressedTo = png;
 };
 
 constexpr std::array inputFormats{

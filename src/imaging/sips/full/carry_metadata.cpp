@@ -10,6 +10,7 @@
 #include "imaging/sips/content_kind.h"
 #include "imaging/sips/files.h"
 #include "imaging/sips/fitting_writer.h"
+#include "imaging/sips/full/avif_metadata.h"
 #include "imaging/sips/full/heif_handles.h"
 #include "imaging/sips/full/heif_writer.h"
 #include "imaging/sips/full/webp_metadata.h"
@@ -109,8 +110,13 @@ Status carryMetadata(const CarryRequest& request) {
     const InputFile to(request.to);
     if (contentKindOf(to.bytes()) == ContentKind::webp) {
         replaceFile(request.to, webpWithMetadata(to.bytes(), metadata));
-    } else if (holdsAt(to.bytes(), 4, "ftypavif") && isTransparent(*png) && !holdsAlpha(to.bytes())) {
-        encodeAvif(request.to, *png, metadata);
+    } else if (holdsAt(to.bytes(), 4, "ftypavif")) {
+        const bool alphaStays = holdsAlpha(to.bytes()) || !isTransparent(*png);
+        if (alphaStays) {
+            replaceFile(request.to, avifWithMetadata(to.bytes(), metadata));
+        } else {
+            encodeAvif(request.to, *png, metadata);
+        }
     } else {
         throw Failure(Status::failed, "metadata can't be put into this kind of file");
     }

@@ -28,6 +28,7 @@ std::string valueOf(Data& data, const char* key) {
 
 Found foundIn(const std::filesystem::path& file) {
     Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
+    Exiv2::enableBMFF();
     const std::string bytes = contentsOf(file);
     const auto image =
         Exiv2::ImageFactory::open(reinterpret_cast<const Exiv2::byte*>(bytes.data()), static_cast<long>(bytes.size()));
@@ -211,6 +212,53 @@ TEST(CarryMetadata, BringsTransparencyBackIntoAnAvif) {
         EXPECT_GT(likeness(read(target), read(intermediate)), 30);
         EXPECT_EQ(contentsOf(target).substr(4, 8), "ftypavif");
         EXPECT_EQ(folder.entries(), 2U) << "no temporary file stays";
+    }
+}
+
+TEST(CarryMetadata, FillsWhatAnOpaqueAvifLacks) {
+    const Folder folder;
+    const auto photo = loadedPhoto(folder);
+    const auto intermediate = folder / "i.png";
+    const auto target = folder / "o.avif";
+    ASSERT_EQ(convert(photo, intermediate, "png", {"-s", "purpose", "intermediate"}).status, 0);
+    bareAvif(intermediate, target);
+    const VImage before = read(target);
+    ASSERT_EQ(runSips({"--carry-metadata", intermediate.string(), target.string()}).status, 0);
+    expectAll(foundIn(target), {"avif", false, true});
+    EXPECT_EQ(likeness(withoutProfile(read(target)), before), 100) << "not encoded anew";
+    EXPECT_EQ(folder.entries(), 3U) << "no temporary file stays";
+    const std::string full = contentsOf(target);
+    ASSERT_EQ(runSips({"--carry-metadata", intermediate.string(), target.string()}).status, 0);
+    EXPECT_EQ(contentsOf(target), full) << "nothing is lacking any more";
+}
+
+TEST(CarryMetadata, LeavesADamagedAvifAsItIs) {
+    const Folder folder;
+    const auto photo = loadedPhoto(folder);
+    const auto intermediate = folder / "i.png";
+    const auto target = folder / "o.avif";
+    ASSERT_EQ(convert(photo, intermediate, "png", {"-s", "purpose", "intermediate"}).status, 0);
+    bareAvif(intermediate, target);
+    const std::string sound = contentsOf(target);
+    const auto carryInto = [&](const std::string& bytes) {
+        write(target, bytes);
+        const Outcome outcome = runSips({"--carry-metadata", intermediate.string(), target.string()});
+        EXPECT_LE(outcome.status, 1);
+        if (outcome.status == 1) {
+            EXPECT_TRUE(isOneSentence(outcome.error)) << outcome.error;
+            EXPECT_EQ(contentsOf(target), bytes);
+        }
+        return outcome.status;
+    };
+    constexpr std::size_t boxes = 300;
+    for (std::size_t size = 1; size < sound.size(); size += size < boxes ? 19 : sound.size() / 5) {
+        EXPECT_EQ(carryInto(sound.substr(0, size)), 1) << size;
+    }
+    for (std::size_t place = 0; place < boxes; place += 5) {
+        SCOPED_TRACE(place);
+        std::string flipped = sound;
+        flipped[place] = static_cast<char>(flipped[place] ^ (place % 2 == 0 ? 0x80 : 0x01));
+        carryInto(flipped);
     }
 }
 

@@ -207,7 +207,7 @@ std::vector<std::byte> associationBox(Bytes ipma, std::uint64_t primary, std::ui
         const std::uint64_t item = reader.number(idSize);
         const std::uint64_t count = reader.number(1);
         const bool here = item == primary;
-        require(!(here && (found || count == 255)));
+        require(!here || (!found && count < 255));
         found |= here;
         box.number(item, idSize).number(count + (here ? 1 : 0), 1).number(index, here ? indexSize : 0);
         box.bytes(reader.take(static_cast<std::size_t>(count) * indexSize));

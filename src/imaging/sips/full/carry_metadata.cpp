@@ -1,6 +1,5 @@
 #include "imaging/sips/full/carry_metadata.h"
 
-#include <new>
 #include <string>
 
 #include "codecs/byte_sink.h"
@@ -60,9 +59,7 @@ bool holdsAlpha(std::span<const std::byte> avif) {
         error = heif_context_get_primary_image_handle(context.get(), &handle);
     }
     const HeifHandle owned(handle);
-    if (error.code == heif_error_Memory_allocation_error) {
-        throw std::bad_alloc();
-    }
+    // Too little memory for a header means that the header lies.
     if (error.code != heif_error_Ok) {
         throw Failure(Status::failed, "damaged picture");
     }

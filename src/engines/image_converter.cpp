@@ -22,11 +22,12 @@ namespace sorvik {
 namespace {
 
 constexpr quint32 anySide = 0;
+constexpr quint32 largestMagickSide = 16000;  // Debian's policy for ImageMagick 6
 
 struct RouteRow {
     ImageFormat format;
     OutputRoute route;
-    quint32 largestSide = anySide;  // pixels; what the encoder takes
+    quint32 largestSide = anySide;  // pixels; what the tool takes
 };
 
 constexpr std::array outputRoutes{
@@ -37,10 +38,10 @@ constexpr std::array outputRoutes{
     RouteRow{ImageFormat::jpeg, OutputRoute::systemTool},
     RouteRow{ImageFormat::png, OutputRoute::pngWriter},
     RouteRow{ImageFormat::tiff, OutputRoute::systemTool},
-    RouteRow{ImageFormat::webp, OutputRoute::imageMagick, 16383},
+    RouteRow{ImageFormat::webp, OutputRoute::imageMagick, largestMagickSide},
     RouteRow{ImageFormat::svg, OutputRoute::systemTool},
     RouteRow{ImageFormat::pdf, OutputRoute::pdfWriter},
-    RouteRow{ImageFormat::avif, OutputRoute::imageMagick, 16384},
+    RouteRow{ImageFormat::avif, OutputRoute::imageMagick, largestMagickSide},
 };
 
 static_assert(outputRoutes.size() == imageFormatCount && isIndexedBy(outputRoutes, &RouteRow::format));

@@ -247,8 +247,8 @@ TEST_F(Convert, SaysWhatStandsInTheWayOfARow) {
     EXPECT_EQ(batch.error(text("bomb.gif")), failure(sentence(Refusal::tooLarge)));
     EXPECT_FALSE(QFile::exists(path(text("junk.png"))));
 
-    toolOutput(text("/usr/bin/convert"), {text("-size"), text("16384x2"), text("xc:red"), path(text("wide.png"))});
-    EXPECT_EQ(convert(text("webp"), {text("wide.png")}).error(text("wide.png")), failure(sentence(Refusal::tooLarge)));
+    write(text("wide.svg"), "<svg xmlns='http://www.w3.org/2000/svg' width='16001' height='2'/>");
+    EXPECT_EQ(convert(text("avif"), {text("wide.svg")}).error(text("wide.svg")), failure(sentence(Refusal::tooLarge)));
 }
 
 TEST_F(Convert, LeavesOriginalsAloneWhenTheDiskIsFull) {

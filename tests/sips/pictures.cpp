@@ -1,5 +1,7 @@
 #include "pictures.h"
 
+#include <gtest/gtest.h>
+
 #include <cmath>
 
 namespace sorvik::sips::test {
@@ -17,14 +19,20 @@ VImage comparable(const VImage& image) {
                                : colours;
 }
 
+/// Any test may be the first of its process to need libvips.
+class StartedLibvips : public testing::Environment {
+public:
+    void SetUp() override {
+        ASSERT_EQ(vips_init("sips_tests"), 0);
+        vips_cache_set_max(0);
+    }
+};
+
+[[maybe_unused]] const auto* const startedLibvips = testing::AddGlobalTestEnvironment(new StartedLibvips);
+
 }  // namespace
 
 VImage read(const std::filesystem::path& file) {
-    static const int started = vips_init("sips_tests");
-    if (started != 0) {
-        throw vips::VError();
-    }
-    vips_cache_set_max(0);
     const VImage loaded = VImage::new_from_file(file.c_str());
     VImage pixels = loaded.autorot().copy_memory();
     if (loaded.get_typeof(VIPS_META_ICC_NAME) != 0) {

@@ -14,6 +14,7 @@ namespace sorvik {
 namespace {
 
 using codecs::SipsStatus;
+using imaging::option;
 
 struct Alias {
     const char* text;
@@ -32,10 +33,6 @@ struct Run {
     SipsStatus status = SipsStatus::failed;
     QString launchError;
 };
-
-QStringList option(const char* key, const QString& value) {
-    return {QStringLiteral("-s"), QString::fromLatin1(key), value};
-}
 
 /// One run of the tool, its words thrown away: the status tells enough.
 Run runTool(const ProcessConfigCache& tools, const QStringList& arguments, const QString& output) {

@@ -6,15 +6,15 @@
 namespace sorvik::imaging {
 namespace {
 
-QStringList option(const char* key, const QString& value) {
-    return {QStringLiteral("-s"), QString::fromLatin1(key), value};
-}
-
 QStringList job(const QStringList& options, const QString& input, const QString& destination) {
     return options + QStringList{input, QStringLiteral("--out"), destination};
 }
 
 }  // namespace
+
+QStringList option(const char* key, const QString& value) {
+    return {QStringLiteral("-s"), QString::fromLatin1(key), value};
+}
 
 codecs::SipsStatus jobStatus(const ChildResult& child) {
     const bool known = child.started && !child.crashed && child.exitStatus >= 0 &&

@@ -34,6 +34,9 @@ enum class Colors {
     sRGB,       ///< for encoders that lose a profile
 };
 
+/// One setting of the tool: "-s", key, value.
+[[nodiscard]] QStringList option(const char* key, const QString& value);
+
 // The vectors of the tool. A destination that stands is overwritten.
 
 /// A lossless PNG that costs little more than a copy of the pixels, for the next step only.

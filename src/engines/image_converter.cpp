@@ -25,8 +25,8 @@ constexpr quint32 anySide = 0;
 constexpr quint32 largestMagickSide = 16000;  // Debian's policy for ImageMagick 6
 
 struct RouteRow {
-    ImageFormat format;
-    OutputRoute route;
+    ImageFormat format = ImageFormat::png;
+    OutputRoute route = OutputRoute::pngWriter;
     quint32 largestSide = anySide;  // pixels; what the tool takes
 };
 

@@ -75,7 +75,7 @@ std::optional<Size> bitmapSize(const QByteArray& data) {
 /// Whether a bitmap's palette, rows and mask can all be there, so that no decoder has to fill anything up. A
 /// compressed bitmap is left to the decoder.
 bool holdsItsPixels(const QByteArray& data, Size size) {
-    const quint32 compression = readLittle<quint32>(data, 16);
+    const auto compression = readLittle<quint32>(data, 16);
     if (compression != 0) {
         return true;
     }

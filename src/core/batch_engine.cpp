@@ -1,6 +1,8 @@
 #include "core/batch_engine.h"
 
+#include "engines/file_replacement.h"
 #include "engines/image_signature.h"
+#include "engines/picture_compression.h"
 #include "engines/process_config_cache.h"
 #include "engines/result_cache.h"
 
@@ -20,8 +22,13 @@ QByteArray SystemBatchEngine::convertAI(const QString& path, ImageFormat format,
     return ImageConverter::convertAI(path, format, quality);
 }
 
-bool SystemBatchEngine::compress(ImageFormat, const QString&, const QString&, double) {
-    return false;  // no recipe stands yet; the converted file stays as it is
+bool SystemBatchEngine::compress(ImageFormat format, const QString& inputPath, const QString& outputPath,
+                                 double value) {
+    return compressPicture(ProcessConfigCache::shared(), format, inputPath, outputPath, value);
+}
+
+bool SystemBatchEngine::replaceFile(const QString& originalPath, const QString& newContentPath) {
+    return sorvik::replaceFile(originalPath, newContentPath);
 }
 
 bool SystemBatchEngine::hasSignature(const QByteArray& bytes, ImageFormat format) {

@@ -21,9 +21,13 @@ public:
     virtual QByteArray convertEPS(const QString& path, ImageFormat format, bool stripMetadata, double quality) = 0;
     virtual QByteArray convertAI(const QString& path, ImageFormat format, double quality) = 0;
 
-    /// The compression recipe of a format, from one file to another; the value is on the recipe's own scale
-    /// (0 to 100, or a level). False when there is no result.
+    /// The compression recipe of a format, from one file to another, never to itself; the value is on the recipe's
+    /// own scale (0 to 100, or a level). The result was opened again and shows the same picture. False when there
+    /// is none.
     virtual bool compress(ImageFormat format, const QString& inputPath, const QString& outputPath, double value) = 0;
+
+    /// Puts new content in the place of a file, which stands behind a backup meanwhile.
+    virtual bool replaceFile(const QString& originalPath, const QString& newContentPath) = 0;
 
     /// Whether bytes begin as their format does.
     virtual bool hasSignature(const QByteArray& bytes, ImageFormat format) = 0;
@@ -43,6 +47,7 @@ public:
     QByteArray convertEPS(const QString& path, ImageFormat format, bool stripMetadata, double quality) override;
     QByteArray convertAI(const QString& path, ImageFormat format, double quality) override;
     bool compress(ImageFormat format, const QString& inputPath, const QString& outputPath, double value) override;
+    bool replaceFile(const QString& originalPath, const QString& newContentPath) override;
     bool hasSignature(const QByteArray& bytes, ImageFormat format) override;
     bool isValidImageFile(const QString& path, ImageFormat format) override;
     void clearResultCache() override;

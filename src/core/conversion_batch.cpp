@@ -2,47 +2,19 @@
 
 #include <QCoroFuture>
 #include <QDir>
-#include <QScopeGuard>
-#include <QtConcurrent>
 
 #include <algorithm>
-#include <exception>
-#include <new>
-#include <utility>
-#include <variant>
 
 #include "core/compression_values.h"
 #include "core/file_processing_view_model.h"
 #include "core/output_naming.h"
 #include "core/vocabulary/path_names.h"
 #include "engines/source_check.h"
-#include "platform/log.h"
-#include "services/temporary_files.h"
 
 namespace sorvik {
 namespace {
 
 constexpr double conversionQuality = 1.0;
-constexpr int cacheClearInterval = 10;  // files
-
-/// Runs work in the pool; what it throws comes back as a value, since it has to cross threads.
-template <typename Work>
-QFuture<Attempt<std::invoke_result_t<Work>>> inPool(QThreadPool& pool, Work work) {
-    using Result = Attempt<std::invoke_result_t<Work>>;
-    return QtConcurrent::run(&pool, [work = std::move(work)]() -> Result {
-        try {
-            return work();
-        } catch (const ConversionError& error) {
-            return error;
-        } catch (const TemporaryFileError& error) {
-            return ConversionError(QString::fromUtf8(error.what()));
-        } catch (const std::bad_alloc&) {
-            return ConversionError(QStringLiteral("Cannot allocate memory"));
-        } catch (const std::exception& error) {
-            return ConversionError(QString::fromUtf8(error.what()));  // a row ends, whatever has happened
-        }
-    });
-}
 
 bool isOffered(InputFormat input, ImageFormat output) {
     const auto offered = supportedOutputFormats(input);
@@ -61,26 +33,6 @@ void refuseReplacingSource(const FileItem& item, const QString& output) {
 
 }  // namespace
 
-BatchContext makeBatchContext(const std::vector<FileItem>& files, const AppSettings* settings, bool removeMetadata,
-                              bool hasImageMagick) {
-    BatchContext context;
-    context.hasImageMagick = hasImageMagick;
-    context.removeMetadata = removeMetadata;
-    for (const FileItem& item : files) {
-        context.outputDirectories.insert(parentDirectory(item.path()));
-    }
-    if (settings != nullptr) {
-        context.processingMode = settings->processingMode;
-        context.compressionEnabled =
-            settings->processingMode == ProcessingMode::compress || settings->convertCompressionEnabled;
-        context.conversionPrefix = settings->outputPrefix;
-        context.conversionSuffix = settings->outputSuffix;
-        context.compressionPrefix = settings->compressionPrefix;
-        context.compressionSuffix = settings->compressionSuffix;
-    }
-    return context;
-}
-
 std::optional<QString> conversionSummary(int succeeded, int failed, bool cancelled) {
     if (cancelled) {
         return QStringLiteral("Processing cancelled.");
@@ -95,111 +47,21 @@ std::optional<QString> conversionSummary(int succeeded, int failed, bool cancell
 }
 
 ConversionBatch::ConversionBatch(FileProcessingViewModel& model, bool removeMetadata)
-    : model_(model),
-      removeMetadata_(removeMetadata),
-      tracker_(QStringLiteral("batch_conversion"), Category::batchProcessing),
-      semaphore_(FileProcessingViewModel::maxConcurrentOperations(QThread::idealThreadCount())) {}
+    : Batch(model, removeMetadata,
+            {"batch_conversion", "conversion", "Processing failed: ", "Error processing file "}) {}
 
-void ConversionBatch::run() { runAll(); }
-
-QCoro::Task<> ConversionBatch::runAll() {
-    const auto self = shared_from_this();  // the model may start the next batch before this frame ends
-    begin();
-    const std::vector<WorkItem> work = collectWork();
-    total_ = static_cast<int>(work.size());
-    context_ = makeBatchContext(model_.files_, model_.settings_, removeMetadata_, model_.engine_.hasImageMagick());
-    const QFuture<void> folders = makeFolders();
-    co_await folders;
-    std::vector<QCoro::Task<>> children;
-    children.reserve(work.size());
-    for (const WorkItem& item : work) {
-        if (cancelled_) {
-            break;
-        }
-        children.push_back(child(item));
-    }
-    for (QCoro::Task<>& task : children) {
-        co_await task;
-    }
-    close();
+std::optional<QString> ConversionBatch::summary(int succeeded, int failed, bool cancelled) const {
+    return conversionSummary(succeeded, failed, cancelled);
 }
 
-void ConversionBatch::begin() {
-    model_.isConverting = true;
-    model_.processingProgress = 0;
-    model_.currentlyProcessing = QString();
-    tracker_.metadata[QStringLiteral("file_count")] = QString::number(model_.files_.size());
-    logLine(QStringLiteral("\n📊 Starting conversion batch"));
-}
-
-void ConversionBatch::close() {
-    model_.engine_.clearResultCache();
-    model_.engine_.clearSignatureCache();
-    tracker_.metadata[QStringLiteral("success_count")] = QString::number(succeeded_);
-    tracker_.metadata[QStringLiteral("failure_count")] = QString::number(failed_);
-    tracker_.complete();
-    logLine(QStringLiteral("\n📊 Conversion batch complete"));
-    if (const auto summary = conversionSummary(succeeded_, failed_, cancelled_)) {
-        model_.batchCompletionMessage = summary;
+std::optional<QString> ConversionBatch::skipReason(const FileItem& item) const {
+    if (!item.inputFormat) {
+        return QStringLiteral("Skipped: Invalid input format");
     }
-    model_.currentlyProcessing = QString();
-    model_.processingProgress = 1.0;
-    model_.isConverting = false;
-    emit model_.batchEnded(succeeded_, failed_, cancelled_);
+    return item.outputFormat ? std::nullopt : std::optional(QStringLiteral("Skipped: Output format not selected"));
 }
 
-std::vector<ConversionBatch::WorkItem> ConversionBatch::collectWork() const {
-    std::vector<WorkItem> work;
-    for (std::size_t index = 0; index < model_.files_.size(); ++index) {
-        if (!model_.files_[index].isProcessed) {
-            work.push_back({static_cast<qsizetype>(index), model_.files_[index]});
-        }
-    }
-    return work;
-}
-
-std::optional<qsizetype> ConversionBatch::indexOf(const WorkItem& work) const {
-    return model_.indexOf(work.item.id, work.index);
-}
-
-QFuture<void> ConversionBatch::makeFolders() const {
-    return QtConcurrent::run(&model_.pool_, [folders = context_.outputDirectories] {
-        for (const QString& folder : folders) {
-            QDir().mkpath(folder);  // a failure shows in the rows
-        }
-    });
-}
-
-QCoro::Task<> ConversionBatch::child(WorkItem work) {
-    co_await semaphore_.wait();
-    const auto givePermitBack = qScopeGuard([this] { semaphore_.signal(); });
-    if (!cancelled_) {
-        co_await runRow(work);
-    }
-}
-
-QCoro::Task<> ConversionBatch::runRow(WorkItem work) {
-    if (!work.item.inputFormat || !work.item.outputFormat) {
-        skip(work);
-    } else {
-        const std::optional<ConversionError> error = co_await processFile(work);
-        if (error) {
-            countFailure(work, *error);
-        } else {
-            countSuccess(work);
-        }
-    }
-    reportProgress(work.item.name());
-    const int completed = succeeded_ + failed_;
-    if (completed > 0 && completed % cacheClearInterval == 0) {
-        model_.engine_.clearResultCache();
-    }
-    if (const auto index = indexOf(work)) {
-        emit model_.rowEnded(*index);
-    }
-}
-
-QCoro::Task<std::optional<ConversionError>> ConversionBatch::processFile(WorkItem work) {
+QCoro::Task<std::optional<ConversionError>> ConversionBatch::process(WorkItem work) {
     const QFuture<Attempt<Converted>> conversion = startConverting(work);
     const Attempt<Converted> attempt = co_await conversion;
     if (const auto* error = std::get_if<ConversionError>(&attempt)) {
@@ -210,7 +72,7 @@ QCoro::Task<std::optional<ConversionError>> ConversionBatch::processFile(WorkIte
     }
     const auto& converted = std::get<Converted>(attempt);
     const FinishJob job = makeFinishJob(work, converted);
-    OutputLanes::Pass pass(lanes_, converted.folder + u'/' + fileName(job.outputPath).toString());
+    OutputLanes::Pass pass(lanes(), converted.folder + u'/' + fileName(job.outputPath).toString());
     co_await pass.turn();
     if (!indexOf(work)) {
         co_return std::nullopt;
@@ -220,17 +82,14 @@ QCoro::Task<std::optional<ConversionError>> ConversionBatch::processFile(WorkIte
     if (const auto* error = std::get_if<ConversionError>(&finished)) {
         co_return *error;
     }
-    applyFinished(work, std::get<FinishedFile>(finished));
+    showFinished(work, std::get<FinishedFile>(finished));
     co_return std::nullopt;
 }
 
 QFuture<Attempt<ConversionBatch::Converted>> ConversionBatch::startConverting(const WorkItem& work) {
-    if (const auto index = indexOf(work)) {
-        model_.changeFile(*index, [](FileItem& item) { item.conversionStatus = ConversionStatus::converting; });
-    }
-    const QString output =
-        outputPath(work.item.path(), *work.item.outputFormat, model_.settings_, context_.hasImageMagick);
-    return inPool(model_.pool_, [this, item = work.item, output] { return convert(item, output); });
+    showStatus(work, ConversionStatus::converting);
+    const QString output = outputPath(work.item.path(), *work.item.outputFormat, settings(), context().hasImageMagick);
+    return inPool(pool(), [this, item = work.item, output] { return convert(item, output); });
 }
 
 FinishJob ConversionBatch::makeFinishJob(const WorkItem& work, const Converted& converted) const {
@@ -238,27 +97,24 @@ FinishJob ConversionBatch::makeFinishJob(const WorkItem& work, const Converted& 
     job.sourcePath = work.item.path();
     job.source = converted.source;
     job.format = *work.item.outputFormat;
-    job.outputPath = outputPath(job.sourcePath, job.format, model_.settings_, context_.hasImageMagick);
+    job.outputPath = outputPath(job.sourcePath, job.format, settings(), context().hasImageMagick);
     job.bytes = converted.bytes;
-    if (wantsCompression(job.format, model_.settings_) && model_.engine_.hasImageMagick()) {
-        job.compression = compressionValue(job.format, model_.settings_);
+    if (wantsCompression(job.format, settings()) && engine().hasImageMagick()) {
+        job.compression = compressionValue(job.format, settings());
     }
     return job;
 }
 
 QFuture<Attempt<FinishedFile>> ConversionBatch::startFinishing(const FinishJob& job) const {
-    return inPool(model_.pool_, [this, job] { return finishFile(model_.engine_, job); });
+    return inPool(pool(), [this, job] { return finishFile(engine(), job); });
 }
 
-void ConversionBatch::applyFinished(const WorkItem& work, const FinishedFile& finished) {
-    if (const auto index = indexOf(work)) {
-        model_.changeFile(*index, [&](FileItem& item) {
-            item.convertedSize = finished.convertedSize;
-            item.outputSize = finished.outputSize;
-            item.wasCompressed = finished.wasCompressed;
-        });
-        model_.updateFile(*index, true, std::nullopt);
-    }
+void ConversionBatch::showFinished(const WorkItem& work, const FinishedFile& finished) {
+    finish(work, [&](FileItem& item) {
+        item.convertedSize = finished.convertedSize;
+        item.outputSize = finished.outputSize;
+        item.wasCompressed = finished.wasCompressed;
+    });
 }
 
 ConversionBatch::Converted ConversionBatch::convert(const FileItem& item, const QString& output) const {
@@ -273,57 +129,20 @@ ConversionBatch::Converted ConversionBatch::convert(const FileItem& item, const 
     Converted converted;
     converted.source = fileIdentity(path).value_or(FileIdentity{});
     converted.folder = QDir(parentDirectory(output)).canonicalPath();
-    BatchEngine& engine = model_.engine_;
-    const bool strip = context_.removeMetadata;
+    BatchEngine& engines = engine();
+    const bool strip = context().removeMetadata;
     switch (*item.inputFormat) {
         case InputFormat::eps:
-            converted.bytes = engine.convertEPS(path, *item.outputFormat, strip, conversionQuality);
+            converted.bytes = engines.convertEPS(path, *item.outputFormat, strip, conversionQuality);
             break;
         case InputFormat::ai:
-            converted.bytes = engine.convertAI(path, *item.outputFormat, conversionQuality);
+            converted.bytes = engines.convertAI(path, *item.outputFormat, conversionQuality);
             break;
         default:
-            converted.bytes = engine.convertFile(path, *item.outputFormat, strip, conversionQuality);
+            converted.bytes = engines.convertFile(path, *item.outputFormat, strip, conversionQuality);
             break;
     }
     return converted;
-}
-
-void ConversionBatch::skip(const WorkItem& work) {
-    if (const auto index = indexOf(work)) {
-        model_.updateFile(*index, false,
-                          work.item.inputFormat ? QStringLiteral("Skipped: Output format not selected")
-                                                : QStringLiteral("Skipped: Invalid input format"));
-        ++failed_;
-    }
-}
-
-void ConversionBatch::countSuccess(const WorkItem& work) {
-    if (const auto index = indexOf(work)) {
-        const bool clean = !model_.files_[static_cast<std::size_t>(*index)].errorMessage;
-        ++(clean ? succeeded_ : failed_);
-    }
-}
-
-void ConversionBatch::countFailure(const WorkItem& work, const ConversionError& error) {
-    if (const auto index = indexOf(work)) {
-        model_.updateFile(*index, false, QStringLiteral("Processing failed: ") + error.sentence());
-        ++failed_;
-    }
-    logLine(QStringLiteral("Error processing file %1: %2").arg(work.item.name(), error.description()));
-}
-
-void ConversionBatch::reportProgress(const QString& name) {
-    const int completed = succeeded_ + failed_;
-    const auto now = std::chrono::steady_clock::now();
-    const bool due = completed % FileProcessingViewModel::updateBatchSize == 0 ||
-                     now - lastUpdate_ > FileProcessingViewModel::updateInterval || completed == total_;
-    if (!due) {
-        return;
-    }
-    model_.processingProgress = static_cast<double>(completed) / total_;
-    model_.currentlyProcessing = name;
-    lastUpdate_ = now;
 }
 
 }  // namespace sorvik

@@ -3,12 +3,14 @@
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QThread>
+#include <QTimer>
 #include <QtConcurrent>
 
 #include <algorithm>
 #include <iterator>
 #include <utility>
 
+#include "core/compression_batch.h"
 #include "core/conversion_batch.h"
 #include "core/intake.h"
 #include "platform/log.h"
@@ -18,6 +20,7 @@ namespace {
 
 constexpr int fewestInFlight = 2;
 constexpr int mostInFlight = 8;
+constexpr std::chrono::milliseconds autoCompressionDelay{100};
 
 /// What all of the formats' lists hold, in the order of the first one's.
 std::vector<ImageFormat> commonOutputs(const std::set<InputFormat>& inputs) {
@@ -68,16 +71,22 @@ bool FileProcessingViewModel::handleDrop(const QList<QUrl>& urls) {
     const ProcessingMode mode = settings_ != nullptr ? settings_->processingMode.value() : ProcessingMode::convert;
     QtConcurrent::run(&pool_, [urls, mode] {
         return makeFileItems(urls, mode);
-    }).then(this, [this](std::vector<FileItem> items) { addFiles(std::move(items)); });
+    }).then(this, [this, mode](std::vector<FileItem> items) { addFiles(std::move(items), mode); });
     return true;
 }
 
-void FileProcessingViewModel::addFiles(std::vector<FileItem> items) {
+void FileProcessingViewModel::addFiles(std::vector<FileItem> items, ProcessingMode mode) {
     const auto first = static_cast<qsizetype>(files_.size());
     const auto count = static_cast<qsizetype>(items.size());
     std::ranges::move(items, std::back_inserter(files_));
     emit filesInserted(first, count);
     refreshSelectionState();
+    const bool startsItself = mode == ProcessingMode::compress && settings_ != nullptr &&
+                              settings_->autoCompressionEnabled && count > 0 && !isConverting;
+    if (startsItself) {
+        QTimer::singleShot(autoCompressionDelay, this,
+                           [this] { startCompression(settings_ != nullptr && settings_->removeMetadata); });
+    }
 }
 
 void FileProcessingViewModel::updateSelection(const QSet<QUuid>& checked) {
@@ -145,6 +154,14 @@ void FileProcessingViewModel::startConversion(bool removeMetadata) {
         return;
     }
     batch_ = std::make_shared<ConversionBatch>(*this, removeMetadata);
+    batch_->run();
+}
+
+void FileProcessingViewModel::startCompression(bool removeMetadata) {
+    if (files_.empty() || isConverting) {
+        return;
+    }
+    batch_ = std::make_shared<CompressionBatch>(*this, removeMetadata);
     batch_->run();
 }
 

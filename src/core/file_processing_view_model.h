@@ -21,7 +21,7 @@
 
 namespace sorvik {
 
-class ConversionBatch;
+class Batch;
 
 /// Owns the list of rows and runs batches over it. Main context only; rows are changed nowhere else.
 class FileProcessingViewModel : public QObject {
@@ -82,6 +82,11 @@ public:
     /// Runs all rows that are not processed. Nothing with an empty list or while a batch runs.
     void startConversion(bool removeMetadata);
 
+    /// Shrinks all rows that are not processed and whose format has a recipe; the others are left out without
+    /// a word. Nothing with an empty list or while a batch runs. The flag changes nothing: a recipe
+    /// always leaves metadata out.
+    void startCompression(bool removeMetadata);
+
     /// Lets the running batch end early: what is in flight is finished, the rest stays as it is.
     void cancel();
 
@@ -101,9 +106,9 @@ signals:
     void batchEnded(int succeeded, int failed, bool cancelled);
 
 private:
-    friend class ConversionBatch;
+    friend class Batch;
 
-    void addFiles(std::vector<FileItem> items);
+    void addFiles(std::vector<FileItem> items, ProcessingMode mode);
 
     /// Changes one row and says so.
     template <typename Change>
@@ -123,7 +128,7 @@ private:
     std::set<InputFormat> selectedFormats_;
     std::vector<ImageFormat> commonOutputFormats_;
     QThreadPool pool_;
-    std::shared_ptr<ConversionBatch> batch_;
+    std::shared_ptr<Batch> batch_;
 };
 
 }  // namespace sorvik

@@ -1,9 +1,6 @@
 #include "core/finish_conversion.h"
 
-#include <QScopeGuard>
-#include <QUuid>
-
-#include "services/temporary_files.h"
+#include "core/compressed_temp_file.h"
 
 namespace sorvik {
 namespace {
@@ -29,16 +26,12 @@ void checkFile(BatchEngine& engine, const QString& path, ImageFormat format) {
 /// Runs the recipe on the written output. True when the output is now the compressed file; a recipe
 /// without a result leaves the output as it is.
 bool compressInPlace(BatchEngine& engine, const FinishJob& job, double value) {
-    const QString compressed =
-        QStringLiteral("%1/sorvik_compressed_%2.%3")
-            .arg(SharedTempFileManager::shared().tempDirectory(),
-                 QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper(), fileExtension(job.format));
-    const auto cleanUp = qScopeGuard([&] { SharedTempFileManager::remove(compressed); });
-    if (!engine.compress(job.format, job.outputPath, compressed, value)) {
+    const CompressedTempFile compressed(job.format);
+    if (!engine.compress(job.format, job.outputPath, compressed.path(), value)) {
         return false;
     }
-    checkFile(engine, compressed, job.format);  // before it takes the place of a good file
-    throwIf(moveFile(compressed, job.outputPath));
+    checkFile(engine, compressed.path(), job.format);  // before it takes the place of a good file
+    throwIf(moveFile(compressed.path(), job.outputPath));
     checkFile(engine, job.outputPath, job.format);
     return true;
 }

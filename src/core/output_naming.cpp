@@ -39,4 +39,8 @@ QString outputPath(const QString& sourcePath, ImageFormat format, const AppSetti
                              nameAffixes(settings));
 }
 
+QString compressedPath(const QString& sourcePath, ImageFormat format, const AppSettings& settings) {
+    return composeOutputName(sourcePath, format, false, true, nameAffixes(&settings));
+}
+
 }  // namespace sorvik

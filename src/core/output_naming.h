@@ -28,6 +28,9 @@ struct NameAffixes {
 [[nodiscard]] QString outputPath(const QString& sourcePath, ImageFormat format, const AppSettings* settings,
                                  bool hasImageMagick);
 
+/// The path of the result when a file is only compressed; with empty affixes the source itself.
+[[nodiscard]] QString compressedPath(const QString& sourcePath, ImageFormat format, const AppSettings& settings);
+
 /// Whether the settings ask for compression of an output of this format.
 [[nodiscard]] bool wantsCompression(ImageFormat format, const AppSettings* settings);
 

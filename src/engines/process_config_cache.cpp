@@ -20,6 +20,25 @@ std::optional<QString> resolve(std::optional<QString>& cached, const QStringList
     return cached;
 }
 
+/// The bundle's programs and libraries in front of the inherited ones.
+Environment withSearchPaths(const Environment& inherited, const std::optional<QString>& resources,
+                            const QString& frameworks) {
+    const auto libraries = QStringLiteral("LD_LIBRARY_PATH");
+    const auto path = QStringLiteral("PATH");
+    Environment environment = inherited;
+    environment[libraries] = prependedPath(frameworks, inherited.value(libraries));
+    if (resources) {
+        environment[path] = prependedPath(*resources, inherited.value(path));
+    }
+    return environment;
+}
+
+void nameGhostscriptFolders(Environment& environment, const QString& folder) {
+    for (const char* name : {"GS_LIB", "GS_RESOURCEDIR", "GS_FONTPATH"}) {
+        environment[QString::fromLatin1(name)] = folder;
+    }
+}
+
 }  // namespace
 
 ProcessConfigCache& ProcessConfigCache::shared() {
@@ -67,6 +86,19 @@ std::optional<ChildSetup> ProcessConfigCache::makeMagickTask(const QStringList& 
     return task;
 }
 
+std::optional<ChildSetup> ProcessConfigCache::makeGhostscriptTask() {
+    const auto ghostscript = resolveGhostscriptPath();
+    if (!ghostscript) {
+        return std::nullopt;
+    }
+    const auto resources = bundle_.resourceDirectory();
+    ChildSetup task;
+    task.executable = *ghostscript;
+    task.environment = ghostscriptEnvironment(processEnvironment(), resources, bundle_.frameworksDirectory());
+    task.workingDirectory = resources.value_or(QString());
+    return task;
+}
+
 QString ProcessConfigCache::bundledToolsIntegrity() {
     const bool complete = resolveMagickPath() && resolveGhostscriptPath();
     return complete ? QStringLiteral("true") : QStringLiteral("false");
@@ -78,20 +110,21 @@ QString prependedPath(const QString& directory, const QString& inherited) {
 
 Environment magickEnvironment(const Environment& inherited, const std::optional<QString>& resources,
                               const QString& frameworks, bool hasDelegates) {
-    const auto libraries = QStringLiteral("LD_LIBRARY_PATH");
-    Environment environment = inherited;
-    environment[libraries] = prependedPath(frameworks, inherited.value(libraries));
+    Environment environment = withSearchPaths(inherited, resources, frameworks);
     if (!resources) {
         return environment;
     }
-    const auto path = QStringLiteral("PATH");
-    environment[path] = prependedPath(*resources, inherited.value(path));
     if (hasDelegates) {
         environment[QStringLiteral("MAGICK_CONFIGURE_PATH")] = *resources;
     }
-    for (const char* name : {"GS_LIB", "GS_RESOURCEDIR", "GS_FONTPATH"}) {
-        environment[QString::fromLatin1(name)] = *resources;
-    }
+    nameGhostscriptFolders(environment, *resources);
+    return environment;
+}
+
+Environment ghostscriptEnvironment(const Environment& inherited, const std::optional<QString>& resources,
+                                   const QString& frameworks) {
+    Environment environment = withSearchPaths(inherited, resources, frameworks);
+    nameGhostscriptFolders(environment, QStringLiteral("."));
     return environment;
 }
 

@@ -38,6 +38,10 @@ public:
     [[nodiscard]] std::optional<ChildSetup> makeMagickTask(const QStringList& candidates);
     [[nodiscard]] std::optional<ChildSetup> makeMagickTask() { return makeMagickTask(magickCandidates()); }
 
+    /// `gs` ready to run directly but for its arguments: in the resource directory, which its variables name as
+    /// "."; absent when it isn't there.
+    [[nodiscard]] std::optional<ChildSetup> makeGhostscriptTask();
+
     /// "true" when both `magick` and `gs` are there, else "false".
     [[nodiscard]] QString bundledToolsIntegrity();
 
@@ -52,6 +56,10 @@ private:
 /// The environment for `magick` from an inherited one; absent directories leave their variables out.
 [[nodiscard]] Environment magickEnvironment(const Environment& inherited, const std::optional<QString>& resources,
                                             const QString& frameworks, bool hasDelegates);
+
+/// The environment for `gs` started directly, whose working directory is the resource directory.
+[[nodiscard]] Environment ghostscriptEnvironment(const Environment& inherited, const std::optional<QString>& resources,
+                                                 const QString& frameworks);
 
 /// `directory` in front of a search path: alone where the path is empty.
 [[nodiscard]] QString prependedPath(const QString& directory, const QString& inherited);

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QString>
+
+#include "core/vocabulary/formats.h"
+#include "engines/process_config_cache.h"
+
+namespace sorvik {
+
+/// Shrinks a picture by its format's recipe, from one file to another that nobody else uses yet. `value` is on the
+/// recipe's own scale: 0 to 100, or a level for PNG and GIF. The result was opened again: it is whole, of the same
+/// kind, size in pixels and number of pages as the input. False when the recipe gave nothing or something else; throws
+/// ConversionError when the cause is known. Blocks.
+[[nodiscard]] bool compressPicture(ProcessConfigCache& tools, ImageFormat format, const QString& inputPath,
+                                   const QString& outputPath, double value);
+
+}  // namespace sorvik

@@ -61,5 +61,5 @@ function(sorvik_tests name)
     add_dependencies(${name}_tests ${TESTS_DEPENDS})
   endif()
   gtest_discover_tests(${name}_tests TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST
-    PROPERTIES TIMEOUT 240 ENVIRONMENT "SORVIK_BUNDLE=${SORVIK_BUNDLE_DIR}")
+    PROPERTIES TIMEOUT 240 ENVIRONMENT "SORVIK_BUNDLE=${SORVIK_BUNDLE_DIR};XDG_STATE_HOME=${PROJECT_BINARY_DIR}/tests/state")
 endfunction()

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "core/vocabulary/path_names.h"
+#include "engines/replacement_journal.h"
 #include "platform/files.h"
 #include "platform/log.h"
 
@@ -29,19 +30,23 @@ QString shortened(QString name, qsizetype bytes) {
 }
 
 /// Copies the new content to the original's place, whole, and looks that it stands there.
-std::optional<QString> placeContent(const QString& originalPath, const QString& newContentPath) {
-    FileError readError;
-    const auto content = readFile(newContentPath, &readError);
-    if (!content) {
-        return readError.description;
-    }
-    if (const auto error = writeAtomically(originalPath, *content)) {
+std::optional<QString> placeContent(const QString& original, const QString& newContentPath, const QString& backup) {
+    if (const auto error = copyFile(newContentPath, original, backup)) {
         return error->description;
     }
-    if (!QFileInfo::exists(originalPath)) {
-        return QStringLiteral("File copy verification failed");
+    return QFileInfo::exists(original) ? std::nullopt : std::optional(QStringLiteral("File copy verification failed"));
+}
+
+/// After `failure`: puts the original back. False when it is left in its backup.
+bool restore(Replacer replacer, const QString& original, const QString& backup, const QString& failure) {
+    if (const auto error = moveFile(backup, original)) {
+        logLine(prefix(replacer) +
+                QStringLiteral("CRITICAL: Failed to restore backup after failed replacement. Original: %1, Restore: %2")
+                    .arg(failure, error->description));
+        return false;
     }
-    return std::nullopt;
+    logLine(prefix(replacer) + QStringLiteral("Restored original file after failed replacement: ") + failure);
+    return true;
 }
 
 }  // namespace
@@ -64,25 +69,19 @@ bool replaceFile(const QString& originalPath, const QString& newContentPath, Rep
     }
     // A link stays a link: what it points to is what is replaced.
     const QString original = QFileInfo(originalPath).canonicalFilePath();
-    const auto permissions = QFile::permissions(original);
     const QString backup = backupPath(original);
+    ReplacementNote note({original, backup, fileSize(newContentPath).value_or(0)});
     if (const auto error = moveFile(original, backup)) {
         logLine(prefix(replacer) + QStringLiteral("Failed to create backup before file replacement: ") +
                 error->description);
         return false;
     }
-    if (const auto failure = placeContent(original, newContentPath)) {
-        if (const auto restoreError = moveFile(backup, original)) {
-            logLine(
-                prefix(replacer) +
-                QStringLiteral("CRITICAL: Failed to restore backup after failed replacement. Original: %1, Restore: %2")
-                    .arg(*failure, restoreError->description));
-        } else {
-            logLine(prefix(replacer) + QStringLiteral("Restored original file after failed replacement: ") + *failure);
+    if (const auto failure = placeContent(original, newContentPath, backup)) {
+        if (!restore(replacer, original, backup, *failure)) {
+            note.keep();
         }
         return false;
     }
-    QFile::setPermissions(original, permissions);
     QFile::remove(backup);
     return true;
 }

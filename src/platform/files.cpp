@@ -133,6 +133,32 @@ int move(const QByteArray& from, const QByteArray& to) {
     return 0;
 }
 
+int copy(const QByteArray& from, const QByteArray& to, const QByteArray& attributesOf) {
+    Descriptor source;
+    struct stat attributes {};
+    if (const int error = openRegularFile(from, 0, source, attributes); error != 0) {
+        return error;
+    }
+    Place place;
+    if (const int error = place.find(to); error != 0) {
+        return error;
+    }
+    if (place.present) {
+        return EEXIST;
+    }
+    if (stat(attributesOf.constData(), &place.present.emplace()) != 0) {
+        return errno;
+    }
+    ReplacementFile replacement(place);
+    if (const int error = replacement.create(); error != 0) {
+        return error;
+    }
+    if (const int error = copyContent(source, replacement); error != 0) {
+        return error;
+    }
+    return replacement.commit();
+}
+
 }  // namespace
 
 std::optional<FileError> writeAtomically(const QString& path, const QByteArray& bytes) {
@@ -176,6 +202,13 @@ std::optional<FileError> moveFile(const QString& from, const QString& to) {
         return outcome(errno, from);
     }
     return outcome(move(*source, *target), to);
+}
+
+std::optional<FileError> copyFile(const QString& from, const QString& to, const QString& attributesOf) {
+    const std::optional<QByteArray> source = systemPath(from);
+    const std::optional<QByteArray> target = systemPath(to);
+    const std::optional<QByteArray> model = systemPath(attributesOf);
+    return outcome(source && target && model ? copy(*source, *target, *model) : EINVAL, to);
 }
 
 std::optional<std::int64_t> fileSize(const QString& path, FileError* error) {

@@ -34,6 +34,10 @@ struct FileError {
 /// also when only the source of a copy could not be removed. Blocks.
 [[nodiscard]] std::optional<FileError> moveFile(const QString& from, const QString& to);
 
+/// Copies a regular file to a name that is free, as moveFile() writes a copy: aside, synced, renamed. The copy gets the
+/// mode and, where this process may, the owner and group of the file at `attributesOf`, before anybody can see it.
+[[nodiscard]] std::optional<FileError> copyFile(const QString& from, const QString& to, const QString& attributesOf);
+
 /// Size in bytes; absent with `error` set when the file's attributes can't be read.
 [[nodiscard]] std::optional<std::int64_t> fileSize(const QString& path, FileError* error = nullptr);
 

@@ -10,6 +10,7 @@
 
 #include "core/batch_engine.h"
 #include "core/vocabulary/path_names.h"
+#include "engines/file_replacement.h"
 
 namespace sorvik {
 
@@ -23,6 +24,7 @@ public:
     std::function<bool(const QString& input, const QString& output, double value)> onCompress;
 
     std::atomic<int> conversions = 0;
+    std::atomic<int> replacements = 0;
     std::atomic<int> mostAtOnce = 0;
     std::atomic<int> resultCacheCleared = 0;
     std::atomic<int> mostFinishingOnePath = 0;
@@ -46,6 +48,11 @@ public:
 
     bool compress(ImageFormat, const QString& input, const QString& output, double value) override {
         return onCompress && onCompress(input, output, value);
+    }
+
+    bool replaceFile(const QString& originalPath, const QString& newContentPath) override {
+        ++replacements;
+        return sorvik::replaceFile(originalPath, newContentPath);
     }
 
     bool hasSignature(const QByteArray& bytes, ImageFormat) override { return !bytes.endsWith("junk.jpg"); }

@@ -48,15 +48,18 @@ protected:
         ASSERT_TRUE(!inserted.isEmpty() || inserted.wait(20000));
     }
 
-    void runToEnd() {
-        QSignalSpy ended(&model, &FileProcessingViewModel::batchEnded);
-        model.startConversion(false);
-        ASSERT_TRUE(!ended.isEmpty() || ended.wait(120000));
-    }
+    void runToEnd() { runToEnd(&FileProcessingViewModel::startConversion); }
+    void compressToEnd() { runToEnd(&FileProcessingViewModel::startCompression); }
 
     [[nodiscard]] const FileItem& row(std::size_t index) const { return model.files().at(index); }
     [[nodiscard]] QString error(std::size_t index) const { return row(index).errorMessage.value_or(QString()); }
     [[nodiscard]] QString summary() const { return model.batchCompletionMessage.value().value_or(QString()); }
+
+    void runToEnd(void (FileProcessingViewModel::*start)(bool)) {
+        QSignalSpy ended(&model, &FileProcessingViewModel::batchEnded);
+        (model.*start)(false);
+        ASSERT_TRUE(!ended.isEmpty() || ended.wait(120000));
+    }
 
     QTemporaryDir folder;
     Engine engine;

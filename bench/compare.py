@@ -5,6 +5,9 @@ A  sorvikbatch with all the files
 B  `vips copy` (for PDF img2pdf), one process a file, as many at a time as there are cores
 C  ImageMagick's convert, in the same way
 
+The part "compress" measures compress mode beside a loop of the very vectors that it runs, so that what is left is our
+own share; "busy" tells how much of the processors a conversion with compression after it uses.
+
 Every figure is the median of several rounds in which A, B and C take turns. The sources are made anew from a few
 photographs, always the same ones; all that is written goes into a scratch folder, which is removed.
 """
@@ -13,6 +16,7 @@ import argparse
 import concurrent.futures
 import math
 import os
+import resource
 import shutil
 import statistics
 import subprocess
@@ -27,6 +31,7 @@ ROOT = Path(__file__).resolve().parent.parent
 CONVERT = "/usr/bin/convert"
 SAMPLING_INTERVAL = 0.01  # seconds
 SUFFIX = "_out"
+PARTS = ("time", "memory", "icons", "compress", "busy")
 
 
 @dataclass(frozen=True)
@@ -242,6 +247,85 @@ def measure_icons(program, scratch, icons, rounds):
                     for name, times in seconds.items()))
 
 
+# The recipes' vectors at the default settings.
+PNG_RECIPE = ("-define", "png:compression-level=9", "-define", "png:compression-strategy=1",
+              "-define", "png:compression-filter=5", "-strip", "+profile", "*")
+PDF_RECIPE = ("-q", "-dNOPAUSE", "-dBATCH", "-dSAFER", "-sDEVICE=pdfwrite", "-dCompatibilityLevel=1.4",
+              "-dPDFSETTINGS=/prepress", "-dEmbedAllFonts=true", "-dSubsetFonts=true", "-dJPEGQ=95",
+              "-dColorImageDownsampleType=/Bicubic", "-dColorImageResolution=300",
+              "-dGrayImageDownsampleType=/Bicubic", "-dGrayImageResolution=300",
+              "-dMonoImageDownsampleType=/Subsample", "-dMonoImageResolution=300")
+
+
+@dataclass(frozen=True)
+class Compression:
+    """One kind of file for compress mode: how sources are made of photographs, and its recipe."""
+
+    target: Target
+    most_files: int
+    make: object  # from a photograph to a source: a command
+    recipe: object  # from a source to a result: a command
+
+
+COMPRESSIONS = (
+    Compression(Target("jpeg", "jpg", lossy=True), 12, lambda s, t: ("cp", s, t),
+                lambda s, t: (CONVERT, s, "-quality", "85", "-interlace", "Plane", "-strip", t)),
+    Compression(Target("png", "png"), 12, lambda s, t: ("vips", "copy", s, t),
+                lambda s, t: (CONVERT, s, *PNG_RECIPE, t)),
+    Compression(Target("pdf", "pdf"), 3, lambda s, t: ("img2pdf", s, "-o", t),
+                lambda s, t: ("gs", *PDF_RECIPE, f"-sOutputFile={t}", s)),
+)
+
+
+def make_compressible(folder, photographs, kind):
+    folder.mkdir()
+    sources = [folder / f"{photo.stem}.{kind.target.extension}" for photo in photographs[:kind.most_files]]
+    for photo, source in zip(photographs, sources):
+        run(*kind.make(photo, source))
+    return sources
+
+
+def measure_compression(program, scratch, photographs, kind, rounds):
+    """Prints the row of one kind: medians, the ratio to the bare loop, bytes before and after."""
+    def ours(sample):
+        run(program, "compress", "--compression-suffix", SUFFIX, *sample.sources)
+
+    def loop(sample):
+        for_each(lambda s: kind.recipe(s, sample.output(s, kind.target)), sample.sources)
+
+    sources = make_compressible(scratch / f"compress-{kind.target.name}", photographs, kind)
+    seconds, sizes = {"A": [], "B": []}, {}
+    for _ in range(rounds):
+        for name, work in (("A", ours), ("B", loop)):
+            with Sample(scratch, sources) as sample:
+                start = time.perf_counter()
+                work(sample)
+                seconds[name].append(time.perf_counter() - start)
+                sizes[name] = sum(output.stat().st_size for output in sample.outputs(kind.target))
+    a, b = (statistics.median(seconds[name]) for name in "AB")
+    before = sum(source.stat().st_size for source in sources)
+    print(f"{kind.target.name:6}  A {a:7.2f} s  loop {b:7.2f} s  A/loop {a / b:5.3f}  "
+          f"MB {before / 1e6:.1f} to {sizes['A'] / 1e6:.1f}, loop {sizes['B'] / 1e6:.1f}", flush=True)
+
+
+def measure_busy(program, scratch, photographs):
+    """Prints wall time and used processor time of conversions with compression after them."""
+    for name in ("jpeg", "webp", "png"):
+        with Sample(scratch, photographs) as sample:
+            sources = sample.sources
+            if name == "jpeg":  # which is no target of a JPEG
+                sources = [source.with_suffix(".webp") for source in sample.sources]
+                for_each(lambda s: ("vips", "copy", s.with_suffix(".jpg"), s), sources)
+            used = resource.getrusage(resource.RUSAGE_CHILDREN)
+            start = time.perf_counter()
+            run(program, "convert", "--to", name, "--compress", "--output-suffix", SUFFIX, *sources)
+            wall = time.perf_counter() - start
+            after = resource.getrusage(resource.RUSAGE_CHILDREN)
+            busy = after.ru_utime + after.ru_stime - used.ru_utime - used.ru_stime
+            print(f"{name:6}  wall {wall:6.2f} s  user+sys {busy:6.2f} s  {busy / wall:4.2f} processors of "
+                  f"{os.cpu_count()}", flush=True)
+
+
 def arguments():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("photos", nargs="?", type=Path, default=ROOT / "tests/data/photos",
@@ -251,7 +335,7 @@ def arguments():
                         default=[target.name for target in TARGETS])
     parser.add_argument("--rounds", type=int, default=3)
     parser.add_argument("--files", type=int, default=12, help="photographs of 12 megapixels (default: %(default)s)")
-    parser.add_argument("--parts", nargs="+", choices=("time", "memory", "icons"), default=["time", "memory", "icons"])
+    parser.add_argument("--parts", nargs="+", choices=PARTS, default=PARTS)
     return parser.parse_args()
 
 
@@ -263,19 +347,28 @@ def main():
     targets = [target for target in TARGETS if target.name in options.targets]
     with tempfile.TemporaryDirectory(prefix="sorvik-compare.") as folder:
         scratch = Path(folder)
+        sources = []
+        if {"time", "compress", "busy"} & set(options.parts):
+            sources = make_sources(scratch / "photos", originals, options.files, 4000, 3000)
         if "time" in options.parts:
             print(f"Wall time of {options.files} photographs, 12 megapixels each; ratios below 1: sorvikbatch is faster")
-            sources = make_sources(scratch / "photos", originals, options.files, 4000, 3000)
             for target in targets:
                 measure_target(options.program, scratch, sources, target, options.rounds)
         if "memory" in options.parts:
             print("Peak memory of all processes, two photographs of 24 megapixels")
-            sources = make_sources(scratch / "large", originals, 2, 6000, 4000)
+            large = make_sources(scratch / "large", originals, 2, 6000, 4000)
             for target in targets:
-                measure_memory(options.program, scratch, sources, target)
+                measure_memory(options.program, scratch, large, target)
         if "icons" in options.parts:
             print("200 icons of 64 pixels, PNG to JPEG")
             measure_icons(options.program, scratch, make_icons(scratch / "icons", originals[0], 200), options.rounds)
+        if "compress" in options.parts:
+            print("Compress mode beside a loop of the same vectors")
+            for kind in COMPRESSIONS:
+                measure_compression(options.program, scratch, sources, kind, options.rounds)
+        if "busy" in options.parts:
+            print("Conversion with compression after it")
+            measure_busy(options.program, scratch, sources)
 
 
 if __name__ == "__main__":

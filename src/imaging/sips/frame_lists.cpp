@@ -134,9 +134,8 @@ FrameList webpFrames(Bytes bytes) {
             pixels = true;
         }
     }
-    if (pixels && list.frames == 0) {
-        list.frames = 1;
-    }
+    list.whole = list.whole && (pixels || list.frames > 0);
+    list.frames = std::max<std::uint64_t>(list.frames, 1);
     if (const auto claimed = claimedSize(ContentKind::webp, bytes); claimed && list.width == 0) {
         list.width = claimed->width;
         list.height = claimed->height;

@@ -65,6 +65,10 @@ QStringList carryMetadataArguments(const QString& intermediate, const QString& f
     return {QStringLiteral("--carry-metadata"), intermediate, finished};
 }
 
+QStringList keepLooksArguments(const QString& from, const QString& to) {
+    return {QStringLiteral("--keep-looks"), from, to};
+}
+
 ImagingClient::ImagingClient(QString toolPath) : toolPath_(std::move(toolPath)) {}
 
 JobOutcome ImagingClient::run(const QStringList& arguments) const {

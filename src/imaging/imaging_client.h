@@ -63,6 +63,10 @@ enum class Colors {
 /// of an AVIF.
 [[nodiscard]] QStringList carryMetadataArguments(const QString& intermediate, const QString& finished);
 
+/// Gives a picture whose metadata were all dropped back what decides how it looks: the orientation, and a
+/// profile that is not sRGB. `to` is replaced at once or stays as it is.
+[[nodiscard]] QStringList keepLooksArguments(const QString& from, const QString& to);
+
 /// Runs the imaging tool, one process a job. Any thread; blocks.
 class ImagingClient {
 public:

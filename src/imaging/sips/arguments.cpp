@@ -112,16 +112,39 @@ ConvertRequest convertRequest(std::span<const std::string_view> arguments) {
     return request;
 }
 
+// The jobs besides conversion: a word and the paths behind it.
+struct JobRow {
+    std::string_view word;
+    std::size_t paths;
+    const char* usage;
+    Request (*make)(std::span<const std::string_view> paths);
+};
+
+constexpr std::array jobs = {
+    JobRow{"--carry-metadata", 2, "usage: sips --carry-metadata FROM TO",
+           [](std::span<const std::string_view> p) -> Request {
+               return CarryRequest{std::string(p[0]), std::string(p[1])};
+           }},
+    JobRow{"--describe", 1, "usage: sips --describe FILE",
+           [](std::span<const std::string_view> p) -> Request { return DescribeRequest{std::string(p[0])}; }},
+    JobRow{"--keep-looks", 2, "usage: sips --keep-looks FROM TO",
+           [](std::span<const std::string_view> p) -> Request {
+               return KeepLooksRequest{std::string(p[0]), std::string(p[1])};
+           }},
+};
+
 }  // namespace
 
 Request parseArguments(std::span<const std::string_view> arguments) {
-    if (!arguments.empty() && arguments[0] == "--carry-metadata") {
-        if (arguments.size() != 3) {
-            refuse("usage: sips --carry-metadata FROM TO");
-        }
-        return CarryRequest{std::string(arguments[1]), std::string(arguments[2])};
+    const auto job = arguments.empty() ? jobs.end() : std::ranges::find(jobs, arguments.front(), &JobRow::word);
+    if (job == jobs.end()) {
+        return convertRequest(arguments);
     }
-    return convertRequest(arguments);
+    const auto paths = arguments.subspan(1);
+    if (paths.size() != job->paths) {
+        refuse(job->usage);
+    }
+    return job->make(paths);
 }
 
 }  // namespace sorvik::sips

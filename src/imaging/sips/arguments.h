@@ -63,7 +63,18 @@ struct CarryRequest {
     std::string to;
 };
 
-using Request = std::variant<ConvertRequest, CarryRequest>;
+/// sips --describe FILE
+struct DescribeRequest {
+    std::string path;
+};
+
+/// sips --keep-looks FROM TO
+struct KeepLooksRequest {
+    std::string from;
+    std::string to;
+};
+
+using Request = std::variant<ConvertRequest, CarryRequest, DescribeRequest, KeepLooksRequest>;
 
 /// Arguments without the program's name. Throws Failure (badUsage; failed for a format that can't be
 /// written). Paths are taken as they are.

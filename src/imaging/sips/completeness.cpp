@@ -56,11 +56,7 @@ constexpr std::array<std::uint16_t, 8> neededTags = {258, 273, 279, 320, 324, 32
 
 bool tiffIsCutOff(std::span<const std::byte> bytes) {
     const auto directory = readTiffDirectory(bytes);
-    if (!directory) {
-        return true;
-    }
-    return std::ranges::find_first_of(directory->cutOffTags, neededTags) != directory->cutOffTags.end() ||
-           piecesReachBeyond(bytes, *directory, 273, 279) || piecesReachBeyond(bytes, *directory, 324, 325);
+    return !directory || tiffPageIsCutOff(bytes, *directory);
 }
 
 /// Adobe Photoshop File Formats: header, three sections with their lengths, then the merged picture.
@@ -89,7 +85,50 @@ bool psdIsCutOff(std::span<const std::byte> bytes) {
     return bytes.size() - at < needed;
 }
 
+constexpr unsigned startOfScan = 0xDA;
+constexpr unsigned endOfImage = 0xD9;
+
+/// The place of the marker behind coded data, where a 0xFF is stuffed with 0 or begins a restart marker.
+std::size_t endOfScan(std::string_view jpeg, std::size_t at) {
+    while ((at = jpeg.find('\xFF', at)) != std::string_view::npos && at + 1 < jpeg.size()) {
+        const auto next = static_cast<unsigned char>(jpeg[at + 1]);
+        const bool restart = next >= 0xD0 && next <= 0xD7;
+        if (next != 0 && !restart) {
+            return at;
+        }
+        at += 2;
+    }
+    return jpeg.size();
+}
+
 }  // namespace
+
+bool jpegMarkersReachEnd(std::span<const std::byte> jpeg) {
+    const ByteReader reader(jpeg, std::endian::big);
+    bool scanSeen = false;
+    std::size_t at = 2;
+    while (at < jpeg.size() && reader.unsignedAt(at, 1) == 0xFF) {
+        const auto marker = static_cast<unsigned>(reader.unsignedAt(at + 1, 1));
+        if (marker == endOfImage) {
+            return scanSeen;
+        }
+        if (marker == 0xFF) {  // fill
+            ++at;
+            continue;
+        }
+        at += 2 + std::max<std::size_t>(reader.u16(at + 2), 2);
+        if (marker == startOfScan) {
+            scanSeen = true;
+            at = endOfScan(textOf(jpeg), at);
+        }
+    }
+    return false;
+}
+
+bool tiffPageIsCutOff(std::span<const std::byte> bytes, const TiffDirectory& directory) {
+    return std::ranges::find_first_of(directory.cutOffTags, neededTags) != directory.cutOffTags.end() ||
+           piecesReachBeyond(bytes, directory, 273, 279) || piecesReachBeyond(bytes, directory, 324, 325);
+}
 
 bool isCutOff(ContentKind kind, std::span<const std::byte> bytes) {
     switch (kind) {

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "codecs/byte_sink.h"
 #include "imaging/sips/failure.h"
 
 namespace sorvik::sips {
@@ -121,6 +122,14 @@ void OutputFile::keep() {
         throw failureOf(error, "the output");
     }
     made_ = false;
+}
+
+void replaceWith(const std::string& path, std::span<const std::byte> bytes) {
+    ReplacementFile replacement(path);
+    codecs::FileSink sink(replacement.descriptor());
+    sink.write(bytes);
+    sink.flush();
+    replacement.replace();
 }
 
 }  // namespace sorvik::sips

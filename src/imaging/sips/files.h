@@ -89,4 +89,7 @@ private:
     Descriptor descriptor_;
 };
 
+/// Puts `bytes` in the place of the file, whole or not at all. Throws Failure and codecs::SinkError.
+void replaceWith(const std::string& path, std::span<const std::byte> bytes);
+
 }  // namespace sorvik::sips

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "imaging/sips/byte_reader.h"
+#include "imaging/sips/completeness.h"
 #include "imaging/sips/failure.h"
 #include "imaging/sips/jpeg_errors.h"
 #include "imaging/sips/limits.h"
@@ -129,17 +130,51 @@ bool JpegDecoder::fullChroma() const {
     return info.num_components == 3 && samplesAlike(info.comp_info[1]) && samplesAlike(info.comp_info[2]);
 }
 
-void JpegDecoder::pump(codecs::RowWriter& writer) {
+int JpegDecoder::components() const { return state_->info.num_components; }
+
+void JpegDecoder::start() {
     jpeg_decompress_struct& info = state_->info;
     // Files of several scans keep their coefficients, 16 bits each, until the last one is read.
     const bool buffered = jpeg_has_multiple_scans(&info) != 0;
-    const auto channels = static_cast<std::uint64_t>(state_->layout.channels);
+    const auto channels = static_cast<std::uint64_t>(info.num_components);
     requireDecodable({info.image_width, info.image_height, buffered ? 2 * channels : channels},
                      buffered ? Decoding::whole : Decoding::streamed);
     state_->progress.progress_monitor = limitScans;
     info.progress = &state_->progress;
-    info.out_color_space = state_->layout.channels == 1 ? JCS_GRAYSCALE : JCS_RGB;
     jpeg_start_decompress(&info);
+}
+
+bool JpegDecoder::decodesWhole() {
+    jpeg_decompress_struct& info = state_->info;
+    if (jpeg_has_multiple_scans(&info) != 0) {
+        return jpegMarkersReachEnd(state_->jpeg);
+    }
+    info.scale_num = 1;
+    info.scale_denom = 8;
+    info.out_color_space = info.jpeg_color_space;
+    info.do_fancy_upsampling = FALSE;
+    info.do_block_smoothing = FALSE;
+    try {
+        start();
+        std::vector<JSAMPLE> row(std::size_t{info.output_width} * static_cast<std::size_t>(info.output_components));
+        JSAMPROW pointer = row.data();
+        while (info.output_scanline < info.output_height) {
+            jpeg_read_scanlines(&info, &pointer, 1);
+        }
+        jpeg_finish_decompress(&info);
+        return true;
+    } catch (const Failure& failure) {
+        if (failure.status() != Status::failed) {
+            throw;
+        }
+        return false;
+    }
+}
+
+void JpegDecoder::pump(codecs::RowWriter& writer) {
+    jpeg_decompress_struct& info = state_->info;
+    info.out_color_space = state_->layout.channels == 1 ? JCS_GRAYSCALE : JCS_RGB;
+    start();
 
     constexpr std::uint32_t rowsAtATime = 16;
     const std::size_t stride = state_->layout.rowBytes();

@@ -97,4 +97,43 @@ std::uint64_t firstNumber(std::span<const std::byte> stream, const TiffDirectory
     return ByteReader(stream, directory.order).unsignedAt(entry->valuePlace, wholeNumberSizes[entry->type]);
 }
 
+TiffPages::TiffPages(std::span<const std::byte> stream) : stream_(stream) {
+    auto first = readTiffDirectory(stream);
+    if (first) {
+        const ByteReader reader(stream, first->order);
+        start_ = first->big ? reader.u64(8) : reader.u32(4);
+    }
+    accept(std::move(first));
+}
+
+void TiffPages::advance() {
+    const bool big = page_->big;
+    const std::endian order = page_->order;
+    const std::uint64_t next = ByteReader(stream_, order).unsignedAt(page_->nextPlace, big ? 8 : 4);
+    if (page_->nextPlace != 0 && next == 0) {
+        page_.reset();
+        return;
+    }
+    start_ = next;
+    accept(page_->nextPlace == 0 ? std::nullopt : readTiffDirectoryAt(stream_, order, big, next));
+}
+
+void TiffPages::accept(std::optional<TiffDirectory> page) {
+    constexpr std::uint64_t smallestDirectory = 6;
+    constexpr std::uint64_t smallestEntry = 12;
+    page_ = std::move(page);
+    if (page_) {
+        // What is honest lies side by side in the file, and so do the strips that a page counts.
+        bytesSeen_ += smallestDirectory + smallestEntry * (page_->entries.size() + page_->cutOffTags.size());
+        for (const std::uint16_t offsetsTag : {std::uint16_t{273}, std::uint16_t{324}}) {
+            const TiffEntry* offsets = page_->find(offsetsTag);
+            bytesSeen_ += offsets != nullptr && offsets->count > 1 ? offsets->byteCount : 0;
+        }
+    }
+    if (!page_ || bytesSeen_ > stream_.size()) {
+        page_.reset();
+        broken_ = true;
+    }
+}
+
 }  // namespace sorvik::sips

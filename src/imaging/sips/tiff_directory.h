@@ -41,4 +41,29 @@ struct TiffDirectory {
 [[nodiscard]] std::uint64_t firstNumber(std::span<const std::byte> stream, const TiffDirectory& directory,
                                         std::uint16_t tag);
 
+/// Walks the directories of a stream, page by page. The work ends even when they lead back into themselves,
+/// or share their bytes so that a small file would hold endlessly many entries.
+class TiffPages {
+public:
+    /// `stream` must outlive the walk.
+    explicit TiffPages(std::span<const std::byte> stream);
+
+    /// Null behind the last page.
+    [[nodiscard]] const TiffDirectory* page() const { return page_ ? &*page_ : nullptr; }
+    /// Where the page's directory lies.
+    [[nodiscard]] std::uint64_t start() const { return start_; }
+    void advance();
+    /// Whether the walk ended before the list of pages does.
+    [[nodiscard]] bool isBroken() const { return broken_; }
+
+private:
+    void accept(std::optional<TiffDirectory> page);
+
+    std::span<const std::byte> stream_;
+    std::optional<TiffDirectory> page_;
+    std::uint64_t start_ = 0;
+    std::uint64_t bytesSeen_ = 0;
+    bool broken_ = false;
+};
+
 }  // namespace sorvik::sips

@@ -21,14 +21,6 @@ namespace sorvik::sips {
 
 namespace {
 
-void replaceFile(const std::string& path, std::span<const std::byte> bytes) {
-    ReplacementFile replacement(path);
-    codecs::FileSink sink(replacement.descriptor());
-    sink.write(bytes);
-    sink.flush();
-    replacement.replace();
-}
-
 template <typename Visit>
 void forEachRow(const codecs::IntermediatePng& png, Visit&& visit) {
     std::vector<std::byte> row(png.layout().rowBytes());
@@ -106,11 +98,11 @@ Status carryMetadata(const CarryRequest& request) {
     const codecs::PictureMetadata metadata = carriedFrom(*png);
     const InputFile to(request.to);
     if (contentKindOf(to.bytes()) == ContentKind::webp) {
-        replaceFile(request.to, webpWithMetadata(to.bytes(), metadata));
+        replaceWith(request.to, webpWithMetadata(to.bytes(), metadata));
     } else if (holdsAt(to.bytes(), 4, "ftypavif")) {
         const bool alphaStays = holdsAlpha(to.bytes()) || !isTransparent(*png);
         if (alphaStays) {
-            replaceFile(request.to, avifWithMetadata(to.bytes(), metadata));
+            replaceWith(request.to, avifWithMetadata(to.bytes(), metadata));
         } else {
             encodeAvif(request.to, *png, metadata);
         }

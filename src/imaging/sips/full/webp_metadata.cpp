@@ -53,24 +53,43 @@ void declareChunkUpright(const Mux& mux) {
     }
 }
 
-}  // namespace
-
-std::vector<std::byte> webpWithMetadata(std::span<const std::byte> webp, const codecs::PictureMetadata& metadata) {
+Mux openMux(std::span<const std::byte> webp) {
     const WebPData input{reinterpret_cast<const std::uint8_t*>(webp.data()), webp.size()};
     constexpr int referToData = 0;
-    const Mux mux(WebPMuxCreate(&input, referToData), &WebPMuxDelete);
+    Mux mux(WebPMuxCreate(&input, referToData), &WebPMuxDelete);
     if (!mux) {
         throw Failure(Status::failed, "damaged picture");
     }
+    return mux;
+}
+
+void add(const Mux& mux, const codecs::PictureMetadata& metadata) {
     setWhereMissing(mux, "EXIF", metadata.exif);
     setWhereMissing(mux, "XMP ", metadata.xmp);
     setWhereMissing(mux, "ICCP", metadata.icc);
-    declareChunkUpright(mux);
+}
+
+std::vector<std::byte> assembled(const Mux& mux) {
     WebPData output{};
     check(WebPMuxAssemble(mux.get(), &output));
     const std::unique_ptr<WebPData, decltype(&WebPDataClear)> owned(&output, &WebPDataClear);
     const auto bytes = std::as_bytes(std::span(output.bytes, output.size));
     return {bytes.begin(), bytes.end()};
+}
+
+}  // namespace
+
+std::vector<std::byte> webpWithMetadata(std::span<const std::byte> webp, const codecs::PictureMetadata& metadata) {
+    const Mux mux = openMux(webp);
+    add(mux, metadata);
+    declareChunkUpright(mux);
+    return assembled(mux);
+}
+
+std::vector<std::byte> webpWithAdded(std::span<const std::byte> webp, const codecs::PictureMetadata& metadata) {
+    const Mux mux = openMux(webp);
+    add(mux, metadata);
+    return assembled(mux);
 }
 
 }  // namespace sorvik::sips

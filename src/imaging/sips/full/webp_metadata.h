@@ -13,4 +13,8 @@ namespace sorvik::sips {
 [[nodiscard]] std::vector<std::byte> webpWithMetadata(std::span<const std::byte> webp,
                                                       const codecs::PictureMetadata& metadata);
 
+/// The same, its own EXIF left as it is.
+[[nodiscard]] std::vector<std::byte> webpWithAdded(std::span<const std::byte> webp,
+                                                   const codecs::PictureMetadata& metadata);
+
 }  // namespace sorvik::sips

@@ -12,6 +12,7 @@
 #include "imaging/sips/failure.h"
 #include "imaging/sips/full/carry_metadata.h"
 #include "imaging/sips/full/full_route.h"
+#include "imaging/sips/full/keep_looks_fully.h"
 
 namespace {
 
@@ -27,13 +28,14 @@ int silenceLibraries() {
     return own;
 }
 
-Status run(const std::vector<std::string_view>& arguments) {
-    const Request request = parseArguments(arguments);
-    if (const auto* carry = std::get_if<CarryRequest>(&request)) {
-        return carryMetadata(*carry);
+struct Runner {
+    Status operator()(const ConvertRequest& request) const { return convertFully(request); }
+    Status operator()(const CarryRequest& request) const { return carryMetadata(request); }
+    Status operator()(const KeepLooksRequest& request) const { return keepLooksFully(request); }
+    Status operator()(const DescribeRequest& /*request*/) const {
+        throw Failure(Status::badUsage, "sips-full describes no pictures");
     }
-    return convertFully(std::get<ConvertRequest>(request));
-}
+};
 
 }  // namespace
 
@@ -41,7 +43,8 @@ int main(int argc, char** argv) {
     std::signal(SIGXFSZ, SIG_IGN);
     const int standardError = silenceLibraries();
     const std::vector<std::string_view> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
-    const Status status = reportingFailures(standardError, [&] { return run(arguments); });
+    const Status status =
+        reportingFailures(standardError, [&] { return std::visit(Runner(), parseArguments(arguments)); });
     // The file is closed; taking a hundred libraries down again serves nobody.
     ::_exit(static_cast<int>(status));
 }

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <vector>
+
+#include "imaging/sips/looks.h"
+
+namespace sorvik::sips {
+
+// A picture with the orientation (where it is not 1) and the profile (where there is one) that it lacks.
+// Its coded pixels are copied as they are. All throw Failure for damage.
+
+/// Segments behind the start marker and JFIF (Exif 2.32, 4.7; ICC.1:2010, B.4).
+[[nodiscard]] std::vector<std::byte> jpegWithLooks(std::span<const std::byte> jpeg, const Looks& lacking);
+
+/// Chunks behind IHDR; an sRGB chunk, which would contradict a profile, goes.
+[[nodiscard]] std::vector<std::byte> pngWithLooks(std::span<const std::byte> png, const Looks& lacking);
+
+/// Each page gets what it lacks of the page of the same number of the TIFF `original`; one that lacks
+/// anything gets a new directory at the end of the file. Empty when none does.
+[[nodiscard]] std::vector<std::byte> tiffWithLooks(std::span<const std::byte> tiff,
+                                                   std::span<const std::byte> original);
+
+}  // namespace sorvik::sips

@@ -69,6 +69,10 @@ QStringList keepLooksArguments(const QString& from, const QString& to) {
     return {QStringLiteral("--keep-looks"), from, to};
 }
 
+QStringList recodeArguments(const QString& from, const QString& to) {
+    return {QStringLiteral("--recode-jpeg"), from, to};
+}
+
 ImagingClient::ImagingClient(QString toolPath) : toolPath_(std::move(toolPath)) {}
 
 JobOutcome ImagingClient::run(const QStringList& arguments) const {

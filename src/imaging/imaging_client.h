@@ -60,12 +60,15 @@ enum class Colors {
                                          std::optional<double> jpegQuality, const QString& destination);
 
 /// Puts what a finished file lacks of its intermediate picture back into it: metadata, and the transparency
-/// of an AVIF.
+/// of an AVIF, which is then encoded anew.
 [[nodiscard]] QStringList carryMetadataArguments(const QString& intermediate, const QString& finished);
 
 /// Gives a picture whose metadata were all dropped back what decides how it looks: the orientation, and a
 /// profile that is not sRGB. `to` is replaced at once or stays as it is.
 [[nodiscard]] QStringList keepLooksArguments(const QString& from, const QString& to);
+
+/// Writes a JPEG anew without touching its pixels: in progressive scans and without metadata.
+[[nodiscard]] QStringList recodeArguments(const QString& from, const QString& to);
 
 /// Runs the imaging tool, one process a job. Any thread; blocks.
 class ImagingClient {

@@ -17,6 +17,7 @@ struct PictureFacts {
     int height = 0;       ///< likewise
     int pages = 0;        ///< pages, frames, top-level pictures
     int orientation = 1;  ///< of EXIF or TIFF, 1 to 8; 1 where the container turns the picture (HEIC, AVIF)
+    bool alpha = false;   ///< an opacity channel; told of HEIC and AVIF alone
     bool whole = false;   ///< neither cut off nor damaged, as far as that can be told cheaply
     bool operator==(const PictureFacts&) const = default;
 };
@@ -31,7 +32,7 @@ struct PictureDescription {
 /// The vector of the tool.
 [[nodiscard]] QStringList describeArguments(const QString& path);
 
-/// What the tool printed, "kind=jpeg width=4000 height=3000 pages=1 orientation=6 whole=yes"; absent for
+/// What the tool printed, "kind=jpeg width=4000 height=3000 pages=1 orientation=6 alpha=no whole=yes"; absent for
 /// anything else.
 [[nodiscard]] std::optional<PictureFacts> parsePictureFacts(const QString& line);
 

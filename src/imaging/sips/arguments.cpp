@@ -131,6 +131,10 @@ constexpr std::array jobs = {
            [](std::span<const std::string_view> p) -> Request {
                return KeepLooksRequest{std::string(p[0]), std::string(p[1])};
            }},
+    JobRow{"--recode-jpeg", 2, "usage: sips --recode-jpeg FROM TO",
+           [](std::span<const std::string_view> p) -> Request {
+               return RecodeRequest{std::string(p[0]), std::string(p[1])};
+           }},
 };
 
 }  // namespace

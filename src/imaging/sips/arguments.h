@@ -74,7 +74,13 @@ struct KeepLooksRequest {
     std::string to;
 };
 
-using Request = std::variant<ConvertRequest, CarryRequest, DescribeRequest, KeepLooksRequest>;
+/// sips --recode-jpeg FROM TO
+struct RecodeRequest {
+    std::string from;
+    std::string to;
+};
+
+using Request = std::variant<ConvertRequest, CarryRequest, DescribeRequest, KeepLooksRequest, RecodeRequest>;
 
 /// Arguments without the program's name. Throws Failure (badUsage; failed for a format that can't be
 /// written). Paths are taken as they are.

@@ -53,7 +53,7 @@ PictureFacts pngFacts(Bytes bytes) {
 }
 
 PictureFacts listedFacts(std::string_view kind, const FrameList& list) {
-    return {kind, list.width, list.height, list.frames, list.orientation, list.whole};
+    return {kind, list.width, list.height, list.frames, list.orientation, false, list.whole};
 }
 
 PictureFacts factsOf(Bytes bytes) {
@@ -87,7 +87,7 @@ void announce(const PictureFacts& facts) {
     const std::string line = "kind=" + std::string(facts.kind) + " width=" + std::to_string(facts.width) +
                              " height=" + std::to_string(facts.height) + " pages=" + std::to_string(facts.pages) +
                              " orientation=" + std::to_string(facts.orientation) +
-                             " whole=" + (facts.whole ? "yes" : "no") + "\n";
+                             " alpha=" + (facts.alpha ? "yes" : "no") + " whole=" + (facts.whole ? "yes" : "no") + "\n";
     if (::write(STDOUT_FILENO, line.data(), line.size()) != static_cast<ssize_t>(line.size())) {
         throw failureOf(errno, "standard output");
     }

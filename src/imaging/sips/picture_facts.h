@@ -14,6 +14,7 @@ struct PictureFacts {
     std::uint64_t height = 0;  ///< likewise
     std::uint64_t pages = 1;   ///< pages, frames, top-level pictures; 1 for an animated PNG
     int orientation = 1;       ///< of EXIF or TIFF; 1 where the container turns the picture (HEIC, AVIF)
+    bool alpha = false;        ///< an opacity channel; looked for in HEIC and AVIF alone
     bool whole = true;         ///< neither cut off nor damaged, as far as that can be told cheaply
 };
 

@@ -59,6 +59,7 @@ PictureFacts heifFacts(Bytes bytes) {
     facts.width = static_cast<std::uint64_t>(std::max(0, heif_image_handle_get_width(handle.get())));
     facts.height = static_cast<std::uint64_t>(std::max(0, heif_image_handle_get_height(handle.get())));
     facts.pages = static_cast<std::uint64_t>(heif_context_get_number_of_top_level_images(context.get()));
+    facts.alpha = heif_image_handle_has_alpha_channel(handle.get()) != 0;
     facts.whole = boxesFill(bytes);
     return facts;
 }

@@ -32,8 +32,9 @@ struct Runner {
     Status operator()(const ConvertRequest& request) const { return convertFully(request); }
     Status operator()(const CarryRequest& request) const { return carryMetadata(request); }
     Status operator()(const KeepLooksRequest& request) const { return keepLooksFully(request); }
-    Status operator()(const DescribeRequest& /*request*/) const {
-        throw Failure(Status::badUsage, "sips-full describes no pictures");
+    template <typename Other>
+    Status operator()(const Other& /*request*/) const {
+        throw Failure(Status::badUsage, "sips-full does no such job");
     }
 };
 

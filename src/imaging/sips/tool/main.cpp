@@ -18,6 +18,7 @@
 #include "imaging/sips/files.h"
 #include "imaging/sips/keep_looks.h"
 #include "imaging/sips/picture_facts.h"
+#include "imaging/sips/recode_jpeg.h"
 
 namespace {
 
@@ -44,6 +45,10 @@ struct Runner {
     }
     const char* operator()(const KeepLooksRequest& request) const {
         return keepLooksDirectly(request) ? nullptr : fullTool;
+    }
+    const char* operator()(const RecodeRequest& request) const {
+        recodeJpeg(request);
+        return nullptr;
     }
 };
 

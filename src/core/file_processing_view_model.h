@@ -82,6 +82,8 @@ public:
     /// Runs all rows that are not processed. Nothing with an empty list or while a batch runs.
     void startConversion(bool removeMetadata);
 
+    void startCompression(bool removeMetadata);
+
     /// Lets the running batch end early: what is in flight is finished, the rest stays as it is.
     void cancel();
 

@@ -1,62 +1,31 @@
-#include "apps/sorvikbatch/batch_options.h"
+#include "apps/sorvikbatch/command_line.h"
 
 #include <CLI/CLI.hpp>
-#include <QDir>
 
 #include <algorithm>
-#include <map>
 #include <string>
 #include <vector>
 
 namespace sorvik {
 namespace {
 
-std::map<std::string, ImageFormat> formatNames() {
-    std::map<std::string, ImageFormat> names;
-    for (const ImageFormat format : allImageFormats()) {
-        names[rawValue(format).toLower().toStdString()] = format;
-        names[fileExtension(format).toStdString()] = format;
-    }
-    names["tif"] = ImageFormat::tiff;
-    return names;
-}
-
-std::string formatList() {
-    QStringList names;
-    for (const ImageFormat format : allImageFormats()) {
-        names << rawValue(format).toLower();
-    }
-    return names.join(QStringLiteral(", ")).toStdString();
-}
-
-struct RawOptions {
-    std::string to;
-    std::string outputPrefix;
-    std::string outputSuffix;
-    std::vector<std::string> files;
+struct Commands {
+    ConvertOptions convert;
+    CompressOptions compress;
+    MetadataOptions metadata;
 };
 
-void describe(CLI::App& app, CLI::App& convert, RawOptions& raw, ConvertOptions& options) {
-    app.set_help_flag("-h,--help", "Print this help and end");
+void describe(CLI::App& app, Commands& commands, const QString& folder) {
+    app.set_help_flag("-h,--help", "Print this help and end");  // the commands inherit it
     app.set_help_all_flag("--help-all", "Print the help of all commands and end");
     app.set_version_flag("--version", std::string("sorvikbatch ") + SORVIK_VERSION);
     app.require_subcommand(1);
     app.footer("Exit status: 0 when every file succeeded, 1 when one failed, 2 for bad usage.");
-    convert.set_help_flag("-h,--help", "Print this help and end");
-    convert.add_option("--to", raw.to, "The format to convert to: " + formatList())->required()->type_name("FORMAT");
-    convert.add_flag("--strip-metadata", options.stripMetadata, "Leave EXIF, XMP and IPTC out of the results");
-    convert.add_option("--output-prefix", raw.outputPrefix, "Put before each result's name")->type_name("TEXT");
-    convert.add_option("--output-suffix", raw.outputSuffix, "Put behind each result's name, before the extension")
-        ->type_name("TEXT");
-    convert.add_flag("--json", options.json, "Print one JSON object a file");
-    convert.add_flag("--verbose", options.verbose, "Print the engines' log lines on standard error");
-    convert.add_option("files", raw.files, "The files to convert; results lie beside them")
-        ->required()
-        ->type_name("FILE");
-    convert.footer(
-        "Each result is written beside its source and replaces what stands there under its name.\n"
-        "One line is printed a file as it ends: name, from, to, outcome, size. The summary comes last.\n"
-        "Exit status: 0 when every file succeeded, 1 when one failed, 2 for bad usage.");
+    describeConvert(*app.add_subcommand("convert", "Convert pictures to another format"), commands.convert, folder);
+    describeCompress(*app.add_subcommand("compress", "Make pictures smaller in their own format"), commands.compress,
+                     folder);
+    describeMetadata(*app.add_subcommand("metadata", "Show what is known of a picture: camera, place, author"),
+                     commands.metadata, folder);
 }
 
 /// CLI11 reads the words from the last to the first, and takes "--option=" for an option without a value where
@@ -81,14 +50,22 @@ Answer badUsage(const std::string& reason) {
             statusBadUsage};
 }
 
+CommandLine chosen(const CLI::App& app, Commands commands) {
+    if (app.got_subcommand("convert")) {
+        return std::move(commands.convert);
+    }
+    if (app.got_subcommand("compress")) {
+        return std::move(commands.compress);
+    }
+    return std::move(commands.metadata);
+}
+
 }  // namespace
 
-std::variant<ConvertOptions, Answer> parseCommandLine(const QStringList& arguments, const QString& folder) {
-    CLI::App app("Converts pictures, many at a time, without a window.", "sorvikbatch");
-    CLI::App* convert = app.add_subcommand("convert", "Convert pictures to another format");
-    RawOptions raw;
-    ConvertOptions options;
-    describe(app, *convert, raw, options);
+CommandLine parseCommandLine(const QStringList& arguments, const QString& folder) {
+    CLI::App app("Works many pictures off at a time, without a window.", "sorvikbatch");
+    Commands commands;
+    describe(app, commands, folder);
     try {
         app.parse(reversedWords(arguments));
     } catch (const CLI::CallForVersion& version) {
@@ -100,21 +77,7 @@ std::variant<ConvertOptions, Answer> parseCommandLine(const QStringList& argumen
     } catch (const CLI::ParseError& error) {
         return badUsage(error.what());
     }
-    const auto names = formatNames();
-    const auto format = names.find(QString::fromStdString(raw.to).toLower().toStdString());
-    if (format == names.end()) {
-        return badUsage("--to: '" + raw.to + "' is no format to convert to; it can be " + formatList());
-    }
-    if (std::ranges::find(raw.files, std::string()) != raw.files.end()) {
-        return badUsage("an empty name is no file");
-    }
-    options.to = format->second;
-    options.outputPrefix = QString::fromStdString(raw.outputPrefix);
-    options.outputSuffix = QString::fromStdString(raw.outputSuffix);
-    std::ranges::transform(raw.files, std::back_inserter(options.files), [&](const std::string& file) {
-        return QDir::cleanPath(QDir(folder).absoluteFilePath(QString::fromStdString(file)));
-    });
-    return options;
+    return chosen(app, std::move(commands));
 }
 
 }  // namespace sorvik

@@ -12,6 +12,7 @@
 
 #include "core/compression_batch.h"
 #include "core/conversion_batch.h"
+#include "core/format_mapping_reader.h"
 #include "core/intake.h"
 #include "platform/log.h"
 
@@ -37,12 +38,12 @@ std::vector<ImageFormat> commonOutputs(const std::set<InputFormat>& inputs) {
     return common;
 }
 
-std::vector<FileItem> makeFileItems(const QList<QUrl>& urls, ProcessingMode mode) {
+std::vector<FileItem> makeFileItems(const QList<QUrl>& urls, ProcessingMode mode, const FormatResolver& targets) {
     std::vector<FileItem> items;
     items.reserve(static_cast<std::size_t>(urls.size()));
     for (const QUrl& url : urls) {
         if (!url.isEmpty()) {
-            items.push_back(makeFileItem(url, mode));
+            items.push_back(makeFileItem(url, mode, targets));
         }
     }
     return items;
@@ -69,8 +70,10 @@ int FileProcessingViewModel::maxConcurrentOperations(int processors) {
 
 bool FileProcessingViewModel::handleDrop(const QList<QUrl>& urls) {
     const ProcessingMode mode = settings_ != nullptr ? settings_->processingMode.value() : ProcessingMode::convert;
-    QtConcurrent::run(&pool_, [urls, mode] {
-        return makeFileItems(urls, mode);
+    const FormatResolver targets =
+        settings_ != nullptr ? FormatResolver(FormatMappingReader(settings_->store()).allMappings()) : FormatResolver();
+    QtConcurrent::run(&pool_, [urls, mode, targets] {
+        return makeFileItems(urls, mode, targets);
     }).then(this, [this, mode](std::vector<FileItem> items) { addFiles(std::move(items), mode); });
     return true;
 }

@@ -5,7 +5,7 @@
 
 namespace sorvik {
 
-FileItem makeFileItem(const QUrl& url, ProcessingMode mode) {
+FileItem makeFileItem(const QUrl& url, ProcessingMode mode, const FormatResolver& targets) {
     FileItem item;
     item.id = QUuid::createUuid();
     item.url = url;
@@ -15,7 +15,7 @@ FileItem makeFileItem(const QUrl& url, ProcessingMode mode) {
         item.errorMessage = QStringLiteral("Not supported format");
         return item;
     }
-    item.outputFormat = supportedOutputFormats(*item.inputFormat).front();
+    item.outputFormat = targets.defaultFormat(*item.inputFormat);
     if (mode == ProcessingMode::compress && !isCompressible(*item.inputFormat)) {
         item.errorMessage = QStringLiteral("Not supported for compression");
     }

@@ -85,11 +85,13 @@ void prepare(QProcess& process, const ChildSetup& setup) {
     }
     process.setChildProcessModifier(setApart);
     process.setStandardInputFile(QProcess::nullDevice());
+    if (setup.output == ChildSetup::Output::captured) {
+        process.setProcessChannelMode(QProcess::MergedChannels);
+    } else {
+        process.setStandardErrorFile(QProcess::nullDevice());
+    }
     if (setup.output == ChildSetup::Output::discarded) {
         process.setStandardOutputFile(QProcess::nullDevice());
-        process.setStandardErrorFile(QProcess::nullDevice());
-    } else {
-        process.setProcessChannelMode(QProcess::MergedChannels);
     }
 }
 
@@ -100,16 +102,20 @@ void keepTail(QByteArray& tail, const QByteArray& more) {
     }
 }
 
+void keepHead(QByteArray& head, const QByteArray& more) {
+    head += more.first(std::min(more.size(), childDocumentLimit - head.size()));
+}
+
 /// Returns soon after the child itself has ended, also when something that it started goes on and
 /// holds the pipe open; not before, when it closes its streams and goes on.
-QByteArray drainUntilEnd(QProcess& process) {
-    QByteArray tail;
+QByteArray drainUntilEnd(QProcess& process, void (*keep)(QByteArray& kept, const QByteArray& more)) {
+    QByteArray kept;
     while (process.waitForReadyRead(-1)) {
-        keepTail(tail, process.readAll());
+        keep(kept, process.readAll());
     }
     process.waitForFinished(-1);
-    keepTail(tail, process.readAll());
-    return tail;
+    keep(kept, process.readAll());
+    return kept;
 }
 
 ChildResult notStarted(const QString& words) {
@@ -142,8 +148,8 @@ ChildResult runChild(const ChildSetup& setup) {
     }
     ChildResult result;
     result.started = true;
-    if (setup.output == ChildSetup::Output::captured) {
-        result.output = drainUntilEnd(process);
+    if (setup.output != ChildSetup::Output::discarded) {
+        result.output = drainUntilEnd(process, setup.output == ChildSetup::Output::document ? keepHead : keepTail);
     } else {
         process.waitForFinished(-1);
     }

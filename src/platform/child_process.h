@@ -18,6 +18,7 @@ using Environment = QMap<QString, QString>;
 struct ChildSetup {
     enum class Output {
         captured,   ///< standard output and error in one buffer, in the order in which they came
+        document,   ///< standard output alone, from its beginning; standard error to the null device
         discarded,  ///< both to the null device
     };
 
@@ -33,12 +34,13 @@ struct ChildResult {
     QString launchError;   ///< the system's words, when it was not started
     bool crashed = false;  ///< ended by a signal
     int exitStatus = -1;   ///< meaningful when started and not crashed
-    QByteArray output;     ///< the last 64 KiB of what it wrote
+    QByteArray output;     ///< the last 64 KiB of what it wrote; of a document the first 16 MiB
 
     [[nodiscard]] bool succeeded() const { return started && !crashed && exitStatus == 0; }
 };
 
 inline constexpr qsizetype childOutputLimit = qsizetype{64} * 1024;
+inline constexpr qsizetype childDocumentLimit = qsizetype{16} * 1024 * 1024;
 
 /// Runs a child to its end; blocks the calling thread, which must not be the event loop's. Standard
 /// input is the null device; no other descriptor is handed on. The output is drained while the child

@@ -124,6 +124,20 @@ TEST(ChildProcess, KeepsOnlyTheTailOfAFlood) {
 #endif
 }
 
+TEST(ChildProcess, KeepsTheBeginningOfADocument) {
+    ChildSetup setup = misbehave({QStringLiteral("mixed")});
+    setup.output = ChildSetup::Output::document;
+    EXPECT_EQ(runAside(setup).output, QByteArray("outoutout"));
+
+    ChildSetup flood = setup;
+    flood.executable = QStringLiteral("/bin/sh");
+    flood.arguments = {QStringLiteral("-c"), QStringLiteral("echo head; head -c 40000000 /dev/zero; echo noise >&2")};
+    const ChildResult result = runAside(flood);
+    EXPECT_TRUE(result.succeeded());
+    EXPECT_EQ(result.output.size(), childDocumentLimit);
+    EXPECT_TRUE(result.output.startsWith("head\n"));
+}
+
 TEST(ChildProcess, DiscardsBothStreams) {
     ChildSetup setup = misbehave({QStringLiteral("flood"), QStringLiteral("1000000")});
     setup.output = ChildSetup::Output::discarded;

@@ -1,18 +1,15 @@
 #include "apps/sorvikbatch/batch_front.h"
 
+#include <memory>
 #include <utility>
 
+#include "apps/sorvikbatch/command_line.h"
+#include "apps/sorvikbatch/printable_text.h"
 #include "core/output_naming.h"
 #include "platform/defaults_store.h"
 
 namespace sorvik {
 namespace {
-
-void print(std::FILE* stream, const QString& text) {
-    const QByteArray bytes = text.toUtf8();
-    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream);
-    std::fflush(stream);
-}
 
 QList<QUrl> urls(const QStringList& files) {
     QList<QUrl> result;
@@ -22,42 +19,86 @@ QList<QUrl> urls(const QStringList& files) {
     return result;
 }
 
+void apply(const ConvertOptions& options, AppSettings& settings) {
+    settings.outputPrefix = options.outputPrefix;
+    settings.outputSuffix = options.outputSuffix;
+    settings.convertCompressionEnabled = options.compress;
+    applyCompression(options.compression, settings);
+}
+
+void apply(const CompressOptions& options, AppSettings& settings) {
+    settings.processingMode = ProcessingMode::compress;
+    applyCompression(options.compression, settings);
+}
+
+bool canBeCompressed(const FileItem& row) { return row.inputFormat && isCompressible(*row.inputFormat); }
+
 }  // namespace
 
-BatchFront::BatchFront(ConvertOptions options, std::FILE* output, std::FILE* progress, QObject* parent)
+BatchFront::BatchFront(BatchOptions options, std::FILE* output, std::FILE* progress, QObject* parent)
     : QObject(parent),
       options_(std::move(options)),
+      common_(std::visit([](const auto& each) { return each.common; }, options_)),
       output_(output),
       progress_(progress),
       settings_(std::make_shared<MemoryDefaultsStore>()),
       model_(engine_) {
-    settings_.outputPrefix = options_.outputPrefix;
-    settings_.outputSuffix = options_.outputSuffix;
+    std::visit([this](const auto& each) { apply(each, settings_); }, options_);
     model_.setSettings(&settings_);
-    connect(&model_, &FileProcessingViewModel::filesInserted, this, &BatchFront::convertAll);
+    connect(&model_, &FileProcessingViewModel::filesInserted, this, &BatchFront::workOff);
     connect(&model_, &FileProcessingViewModel::rowEnded, this, &BatchFront::printRow);
     connect(&model_, &FileProcessingViewModel::batchEnded, this, &BatchFront::end);
 }
 
-void BatchFront::start() { model_.handleDrop(urls(options_.files)); }
+void BatchFront::start() { model_.handleDrop(urls(common_.files)); }
 
-void BatchFront::convertAll() {
-    for (qsizetype index = 0; index < std::ssize(model_.files()); ++index) {
-        if (model_.files()[static_cast<std::size_t>(index)].inputFormat) {
-            model_.setOutputFormat(index, options_.to);
-        }
-    }
+void BatchFront::workOff() {
     report_.emplace(model_.files());
     printProgress();
-    model_.startConversion(options_.stripMetadata);
+    std::visit([this](const auto& each) { startBatch(each); }, options_);
+}
+
+void BatchFront::startBatch(const ConvertOptions& options) {
+    for (qsizetype index = 0; index < std::ssize(model_.files()); ++index) {
+        if (model_.files()[static_cast<std::size_t>(index)].inputFormat) {
+            model_.setOutputFormat(index, options.to);
+        }
+    }
+    model_.startConversion(options.stripMetadata);
+}
+
+/// A compression leaves out the rows that it can't take without a word; here they have an end all the same.
+void BatchFront::startBatch(const CompressOptions&) {
+    for (qsizetype index = 0; index < std::ssize(model_.files()); ++index) {
+        if (!canBeCompressed(model_.files()[static_cast<std::size_t>(index)])) {
+            anyRefused_ = true;
+            printRow(index);
+        }
+    }
+    model_.startCompression(false);
+}
+
+/// The target of a row is that of a conversion; a compression has its own.
+FileItem BatchFront::asShown(FileItem row) const {
+    if (isCompressing()) {
+        row.outputFormat =
+            canBeCompressed(row) ? std::optional(compressedOutputFormat(*row.inputFormat)) : std::nullopt;
+    }
+    return row;
+}
+
+QString BatchFront::resultPath(const FileItem& shown) {
+    if (!shown.outputFormat) {
+        return {};
+    }
+    return isCompressing() ? composeOutputName(shown.path(), *shown.outputFormat, false, true, nameAffixes(&settings_))
+                           : outputPath(shown.path(), *shown.outputFormat, &settings_, engine_.hasImageMagick());
 }
 
 void BatchFront::printRow(qsizetype index) {
-    const FileItem& row = model_.files()[static_cast<std::size_t>(index)];
-    const QString output =
-        row.outputFormat ? outputPath(row.path(), *row.outputFormat, &settings_, engine_.hasImageMagick()) : QString();
+    const FileItem row = asShown(model_.files()[static_cast<std::size_t>(index)]);
     clearProgress();
-    print(output_, (options_.json ? jsonLine(row, output) : report_->line(row)) + u'\n');
+    print(output_, (common_.json ? jsonLine(row, resultPath(row)) : report_->line(row)) + u'\n');
     ++ended_;
     printProgress();
 }
@@ -77,14 +118,14 @@ void BatchFront::clearProgress() {
 void BatchFront::end(int, int failed, bool cancelled) {
     clearProgress();
     const auto summary = model_.batchCompletionMessage.value();
-    if (summary && !options_.json) {
+    if (summary && !common_.json) {
         print(output_, *summary + u'\n');
     }
     const bool unprinted = std::ferror(output_) != 0;
     if (unprinted) {
         std::fputs("sorvikbatch: the rows could not be printed\n", stderr);
     }
-    emit finished(failed > 0 || cancelled || unprinted ? statusRowFailed : statusSuccess);
+    emit finished(failed > 0 || anyRefused_ || cancelled || unprinted ? statusRowFailed : statusSuccess);
 }
 
 }  // namespace sorvik

@@ -3,10 +3,11 @@
 #include <QObject>
 
 #include <cstdio>
-#include <memory>
 #include <optional>
+#include <variant>
 
-#include "apps/sorvikbatch/batch_options.h"
+#include "apps/sorvikbatch/compress_options.h"
+#include "apps/sorvikbatch/convert_options.h"
 #include "apps/sorvikbatch/row_report.h"
 #include "core/app_settings.h"
 #include "core/batch_engine.h"
@@ -14,14 +15,17 @@
 
 namespace sorvik {
 
-/// The work list without a window: takes the files in, runs one conversion batch and prints its rows as they
-/// end. Settings are the defaults and what the command line says, never the user's own.
+/// What a batch is asked to do.
+using BatchOptions = std::variant<ConvertOptions, CompressOptions>;
+
+/// The work list without a window: takes the files in, runs one batch and prints its rows as they end. Settings are
+/// the defaults and what the command line says, never the user's own.
 class BatchFront : public QObject {
     Q_OBJECT
 
 public:
     /// Rows and the summary go to `output`; progress to `progress` unless it is null. Both stay the caller's.
-    BatchFront(ConvertOptions options, std::FILE* output, std::FILE* progress, QObject* parent = nullptr);
+    BatchFront(BatchOptions options, std::FILE* output, std::FILE* progress, QObject* parent = nullptr);
 
     /// Starts; finished() tells the end.
     void start();
@@ -34,13 +38,19 @@ signals:
     void finished(int status);
 
 private:
-    void convertAll();
+    void workOff();
+    void startBatch(const ConvertOptions& options);
+    void startBatch(const CompressOptions& options);
+    [[nodiscard]] bool isCompressing() const { return std::holds_alternative<CompressOptions>(options_); }
+    [[nodiscard]] FileItem asShown(FileItem row) const;
+    [[nodiscard]] QString resultPath(const FileItem& shown);
     void printRow(qsizetype index);
     void printProgress();
     void clearProgress();
     void end(int succeeded, int failed, bool cancelled);
 
-    ConvertOptions options_;
+    BatchOptions options_;
+    CommonOptions common_;
     std::FILE* output_;
     std::FILE* progress_;
     AppSettings settings_;
@@ -48,6 +58,7 @@ private:
     FileProcessingViewModel model_;
     std::optional<RowReport> report_;
     qsizetype ended_ = 0;
+    bool anyRefused_ = false;
 };
 
 }  // namespace sorvik

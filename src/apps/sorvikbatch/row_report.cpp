@@ -6,6 +6,7 @@
 
 #include <algorithm>
 
+#include "apps/sorvikbatch/printable_text.h"
 #include "platform/byte_count.h"
 
 namespace sorvik {
@@ -13,19 +14,9 @@ namespace {
 
 constexpr qsizetype widestName = 48;  // characters; longer names push their line to the right
 constexpr qsizetype formatWidth = 4;  // of the longest raw value
+constexpr qsizetype sizeWidth = 10;   // of "1023 bytes"
+constexpr qsizetype savingWidth = 6;  // of "100.0%"
 const QString none = QStringLiteral("-");
-
-QString printable(const QString& text) {
-    QString result;
-    for (const QChar character : text) {
-        if (character.category() == QChar::Other_Control) {
-            result += QStringLiteral("\\x%1").arg(character.unicode(), 2, 16, QLatin1Char('0'));
-        } else {
-            result += character;
-        }
-    }
-    return result;
-}
 
 QString outcome(const FileItem& row) { return row.errorMessage ? *row.errorMessage : rawValue(row.conversionStatus); }
 
@@ -64,11 +55,12 @@ QString RowReport::line(const FileItem& row) const {
     QStringList columns{printable(row.name()).leftJustified(nameWidth_),
                         formatText(row.inputFormat).leftJustified(formatWidth),
                         formatText(row.outputFormat).leftJustified(formatWidth), outcome(row)};
+    const auto saving = row.savingsText();
     if (row.isProcessed && row.outputSize) {
-        columns << formatByteCount(*row.outputSize);
+        columns << formatByteCount(*row.outputSize).leftJustified(saving ? sizeWidth : 0);
     }
-    if (const auto saving = row.savingsText()) {
-        columns << *saving;
+    if (saving) {
+        columns << saving->rightJustified(savingWidth);
     }
     return columns.join(QStringLiteral("  "));
 }

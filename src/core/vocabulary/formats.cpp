@@ -64,6 +64,12 @@ constexpr std::array inputFormats{
 constexpr std::array<ImageFormat, imageFormatCount> everyImageFormat{bmp,  gif,  heic, ico, jpeg, png,
                                                                      tiff, webp, svg,  pdf, avif};
 
+constexpr std::array<InputFormat, inputFormatCount> everyInputFormat = [] {
+    std::array<InputFormat, inputFormatCount> formats{};
+    std::ranges::transform(inputFormats, formats.begin(), &InputFormatRow::format);
+    return formats;
+}();
+
 struct Offer {
     InputFormat input;
     std::size_t count;
@@ -127,6 +133,7 @@ std::optional<InputFormat> detectInputFormat(QStringView extension) {
 }
 
 std::span<const ImageFormat> allImageFormats() { return everyImageFormat; }
+std::span<const InputFormat> allInputFormats() { return everyInputFormat; }
 
 std::span<const ImageFormat> supportedOutputFormats(InputFormat input) {
     const auto* found = std::ranges::find(offers, input, &Offer::input);

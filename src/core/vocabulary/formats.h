@@ -35,6 +35,9 @@ inline constexpr std::size_t inputFormatCount = 15;
 /// All output formats in the order of their declaration.
 [[nodiscard]] std::span<const ImageFormat> allImageFormats();
 
+/// All input formats in the order of their declaration.
+[[nodiscard]] std::span<const InputFormat> allInputFormats();
+
 /// The targets on offer for an input, the default first. Never empty: an input without a row of
 /// its own (ICO) is offered everything.
 [[nodiscard]] std::span<const ImageFormat> supportedOutputFormats(InputFormat input);

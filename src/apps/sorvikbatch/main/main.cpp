@@ -9,8 +9,9 @@
 #include <variant>
 
 #include "apps/sorvikbatch/batch_front.h"
-#include "apps/sorvikbatch/batch_options.h"
+#include "apps/sorvikbatch/command_line.h"
 #include "apps/sorvikbatch/interrupt.h"
+#include "apps/sorvikbatch/metadata_front.h"
 #include "platform/log.h"
 #include "services/temporary_files.h"
 
@@ -20,9 +21,11 @@ namespace {
 
 void logToStandardError(const QString& line) { std::fprintf(stderr, "%s\n", line.toUtf8().constData()); }
 
-int convert(ConvertOptions options) {
+void sendLog(bool verbose) { setLogSink(verbose ? LogSink(&logToStandardError) : LogSink()); }
+
+int runBatch(BatchOptions options, bool verbose) {
     std::signal(SIGPIPE, SIG_IGN);  // a reader that has gone must not end the batch in the middle
-    setLogSink(options.verbose ? LogSink(&logToStandardError) : LogSink());
+    sendLog(verbose);
     TempFileManager::shared().cleanupOrphanedFiles();
     BatchFront front(std::move(options), stdout, isatty(STDERR_FILENO) != 0 ? stderr : nullptr);
     const Interrupt interrupt;
@@ -32,14 +35,23 @@ int convert(ConvertOptions options) {
     return QCoreApplication::exec();
 }
 
+int run(const ConvertOptions& options) { return runBatch(options, options.common.verbose); }
+int run(const CompressOptions& options) { return runBatch(options, options.common.verbose); }
+
+int run(const MetadataOptions& options) {
+    sendLog(options.common.verbose);
+    return showMetadata(options, stdout, stderr);
+}
+
+int run(const Answer& answer) {
+    std::fprintf(answer.status == statusSuccess ? stdout : stderr, "%s\n", answer.text.toUtf8().constData());
+    return answer.status;
+}
+
 }  // namespace
 
 int main(int argc, char* argv[]) {
     const QCoreApplication application(argc, argv);
-    auto parsed = parseCommandLine(QCoreApplication::arguments(), QDir::currentPath());
-    if (const auto* answer = std::get_if<Answer>(&parsed)) {
-        std::fprintf(answer->status == statusSuccess ? stdout : stderr, "%s\n", answer->text.toUtf8().constData());
-        return answer->status;
-    }
-    return convert(std::get<ConvertOptions>(std::move(parsed)));
+    const CommandLine commandLine = parseCommandLine(QCoreApplication::arguments(), QDir::currentPath());
+    return std::visit([](const auto& each) { return run(each); }, commandLine);
 }

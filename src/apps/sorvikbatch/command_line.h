@@ -5,20 +5,11 @@
 
 #include <variant>
 
-#include "core/vocabulary/formats.h"
+#include "apps/sorvikbatch/compress_options.h"
+#include "apps/sorvikbatch/convert_options.h"
+#include "apps/sorvikbatch/metadata_options.h"
 
 namespace sorvik {
-
-/// What `sorvikbatch convert` is asked to do.
-struct ConvertOptions {
-    ImageFormat to = ImageFormat::png;
-    bool stripMetadata = false;
-    QString outputPrefix;
-    QString outputSuffix;
-    bool json = false;
-    bool verbose = false;
-    QStringList files;  ///< absolute paths
-};
 
 /// A text to print and a status to end with, in place of work.
 struct Answer {
@@ -30,8 +21,9 @@ inline constexpr int statusSuccess = 0;
 inline constexpr int statusRowFailed = 1;
 inline constexpr int statusBadUsage = 2;
 
+using CommandLine = std::variant<ConvertOptions, CompressOptions, MetadataOptions, Answer>;
+
 /// Reads the command line, the program's name first. Relative files are taken from `folder`.
-[[nodiscard]] std::variant<ConvertOptions, Answer> parseCommandLine(const QStringList& arguments,
-                                                                    const QString& folder);
+[[nodiscard]] CommandLine parseCommandLine(const QStringList& arguments, const QString& folder);
 
 }  // namespace sorvik

@@ -102,10 +102,18 @@ long pixels(double points, double density) {
     return std::max(1L, std::lround(std::min(points / pointsAnInch * density, beyondAll)));
 }
 
-std::string pageSet(const Raster& raster) {
+/// Before the text: the drawing's corner goes to the page's, and what the text has to leave in balance is noted. Of
+/// the graphics states, which can't be counted, the lowest is marked by its line width.
+std::string prologue(const Raster& raster) {
     return "<</Install {" + number(0.0 - raster.left) + " " + number(0.0 - raster.bottom) +
-           " translate}>> setpagedevice";
+           " translate}>> setpagedevice userdict /sorvikstart [countdictstack vmstatus pop pop] put "
+           "0.5 setlinewidth gsave 1 setlinewidth";
 }
+
+/// Behind it: a text that is whole but never shows its page gets it shown.
+constexpr const char* epilogue =
+    "currentpagedevice /PageCount get 0 eq countdictstack sorvikstart 0 get eq and "
+    "vmstatus pop pop sorvikstart 1 get eq and grestore currentlinewidth 0.5 eq and {showpage} if";
 
 }  // namespace
 
@@ -178,11 +186,7 @@ MagickInvocation postScriptRenderer(const Raster& raster, const std::string& inp
         vector.push_back("-g" + std::to_string(raster.width) + "x" + std::to_string(raster.height));
         vector.emplace_back("-dFIXEDMEDIA");
     }
-    vector.insert(vector.end(),
-                  {"-sOutputFile=" + output, "-c",
-                   pageSet(raster) + " userdict /sorvikstart [countdictstack vmstatus pop pop] put", "-f", input, "-c",
-                   "currentpagedevice /PageCount get 0 eq countdictstack sorvikstart 0 get eq and "
-                   "vmstatus pop pop sorvikstart 1 get eq and {showpage} if"});
+    vector.insert(vector.end(), {"-sOutputFile=" + output, "-c", prologue(raster), "-f", input, "-c", epilogue});
     return renderer;
 }
 

@@ -52,7 +52,7 @@ struct Raster {
 
 /// Ghostscript, fenced in, which writes a PNG of the drawing with transparency to `output`. It writes none,
 /// and ends well all the same, when the text ends before its drawing does: what a file that is whole
-/// leaves as it found it, the depth of its dictionaries and of its saved states, is then out of balance. (By
+/// leaves as it found it, the depths of its dictionaries and of its states, is then out of balance. (By
 /// itself the interpreter shows whatever stands on the page at the end of an EPS.)
 [[nodiscard]] MagickInvocation postScriptRenderer(const Raster& raster, const std::string& input,
                                                   const std::string& output);

@@ -28,8 +28,20 @@ std::uint32_t bigEndian(const char* bytes) {
     return value;
 }
 
-/// Inflates what it is fed, one row after the other, and remembers whether all samples were zero. The filter of a row
-/// leaves rows of zeros as they are.
+constexpr std::size_t channels = 4;
+
+/// Whether a row, its filter's number in front, has a pixel that is not fully transparent. As long as there was none,
+/// every filter predicts zero for the last channel, so that it lies here as it is.
+bool hasPaint(const std::vector<Bytef>& row) {
+    for (std::size_t index = channels; index < row.size(); index += channels) {
+        if (row[index] != 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Inflates what it is fed, one row after the other, until one has paint.
 class Samples {
 public:
     explicit Samples(std::size_t rowLength) : row_(rowLength + 1) {
@@ -47,7 +59,7 @@ public:
         stream_.avail_in = static_cast<uInt>(bytes.size());
         while (!painted_ && inflate(&stream_, Z_NO_FLUSH) == Z_OK) {
             if (stream_.avail_out == 0) {
-                painted_ = std::any_of(row_.begin() + 1, row_.end(), [](Bytef sample) { return sample != 0; });
+                painted_ = hasPaint(row_);
                 startRow();
             } else if (stream_.avail_in == 0) {
                 return;
@@ -74,7 +86,7 @@ bool endsWell(std::ifstream& file) {
 
 bool holdsPaint(std::ifstream& file, std::uint32_t width) {
     constexpr std::uint32_t partLength = 65536;
-    Samples samples(std::size_t{width} * 4);
+    Samples samples(std::size_t{width} * channels);
     std::array<char, 8> chunk{};
     file.seekg(static_cast<std::streamoff>(headLength));
     while (!samples.painted() && file.read(chunk.data(), chunk.size())) {

@@ -113,6 +113,9 @@ TEST(Continuation, HandsTheRestToThePreviousVersion) {
              Row{"-density 300 /i.eps -quality 100 /o.JPG", Decoding::postScript, "",
                  "/usr/bin/convert -density 300 /d -units PixelsPerInch -quality 100 "
                  "-background white -alpha remove -alpha off /o.JPG"},
+             Row{"identify -verbose /i.nef", Decoding::cameraRaw, "",
+                 "/usr/bin/convert /d -set dng:make %[tiff:make] -set dng:camera.model.name %[tiff:model] "
+                 "-set dng:create.date %[tiff:timestamp] -verbose info:"},
              Row{"identify -verbose /i.eps", Decoding::postScript, "", "/usr/bin/identify -verbose /d"},
              Row{"/i.jpg -quality 100 /o.svg", Decoding::none, "/p.png", "/usr/bin/convert /i.jpg -quality 100 /p.png"},
          }) {

@@ -32,6 +32,11 @@ protected:
         EXPECT_TRUE(fs::is_empty(path("tmp"))) << "something was left behind";
         unsetenv("TMPDIR");
     }
+    void SetUp() override {
+        if (fs::is_symlink(invocation({}).program)) {
+            GTEST_SKIP() << "the system has ImageMagick 7, which needs no launcher";
+        }
+    }
     Launcher(const Launcher&) = delete;
     Launcher& operator=(const Launcher&) = delete;
 
@@ -150,7 +155,7 @@ TEST_F(Launcher, DecodesCameraRawUprightAtTheCamerasSize) {
     EXPECT_EQ(look(path("o.jpg"), "%wx%h %z"), "1156x1734 8");
 
     ASSERT_EQ(runTool(invocation({"identify", "-verbose", data("raw/colorchart.dng")}), false, path("verbose")), 0);
-    EXPECT_NE(read(path("verbose")).find("tiff:model: EOS Kiss X4"), std::string::npos);
+    EXPECT_NE(read(path("verbose")).find("dng:camera.model.name: EOS Kiss X4"), std::string::npos);
 }
 
 TEST_F(Launcher, FailsOnTruncatedCameraRaw) {

@@ -75,9 +75,10 @@ std::string makeFolderIn(const std::string& directory) {
 }  // namespace
 
 PrivateFolder::PrivateFolder() {
-    const char* configured = std::getenv("TMPDIR");
-    for (const char* directory : {configured, "/tmp", "/var/tmp"}) {
-        if (path_.empty() && directory != nullptr) {
+    std::error_code ignored;
+    const std::string configured = std::filesystem::temp_directory_path(ignored).string();
+    for (const std::string& directory : {configured, std::string("/tmp"), std::string("/var/tmp")}) {
+        if (path_.empty()) {
             path_ = makeFolderIn(directory);
         }
     }
@@ -92,7 +93,7 @@ PrivateFolder::~PrivateFolder() {
 
 void PrivateFolder::becomeTemporaryDirectory() const {
     for (const char* name : {"TMPDIR", "TEMP", "TMP", "MAGICK_TMPDIR", "MAGICK_TEMPORARY_PATH"}) {
-        setenv(name, path_.c_str(), 1);
+        setenv(name, path_.c_str(), 1);  // NOLINT(concurrency-mt-unsafe): the launcher has one thread
     }
 }
 
@@ -113,7 +114,7 @@ int runTool(const MagickInvocation& tool, bool speaks, const std::string& messag
     }
     const sigset_t requests = requestSet();
     sigset_t before{};
-    sigprocmask(SIG_BLOCK, &requests, &before);  // a request must find the child's number once there is a child
+    pthread_sigmask(SIG_BLOCK, &requests, &before);  // a request must find the child's number once there is a child
     const pid_t self = getpid();
     const pid_t child = fork();
     if (child == 0) {
@@ -121,12 +122,12 @@ int runTool(const MagickInvocation& tool, bool speaks, const std::string& messag
         if (getppid() != self) {
             _exit(statusNotStarted);
         }
-        sigprocmask(SIG_SETMASK, &before, nullptr);
+        pthread_sigmask(SIG_SETMASK, &before, nullptr);
         redirect(speaks, messages);
         execute(tool);
     }
     running = child;
-    sigprocmask(SIG_SETMASK, &before, nullptr);
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
     const int status = child > 0 ? waitFor(child) : statusNotStarted;
     running = 0;
     return status;

@@ -115,6 +115,27 @@ constexpr const char* epilogue =
     "currentpagedevice /PageCount get 0 eq countdictstack sorvikstart 0 get eq and "
     "vmstatus pop pop sorvikstart 1 get eq and grestore currentlinewidth 0.5 eq and {showpage} if";
 
+struct PropertyRow {
+    const char* name;   ///< as ImageMagick 7 has it from a camera's file
+    const char* value;  ///< where the decoded TIFF has it
+};
+
+constexpr std::array cameraProperties{
+    PropertyRow{"dng:make", "%[tiff:make]"},
+    PropertyRow{"dng:camera.model.name", "%[tiff:model]"},
+    PropertyRow{"dng:create.date", "%[tiff:timestamp]"},
+};
+
+/// What `identify -verbose` prints, under the names by which a camera's properties are known.
+MagickInvocation cameraReport(const std::string& input) {
+    std::vector<std::string> vector{input};
+    for (const PropertyRow& row : cameraProperties) {
+        vector.insert(vector.end(), {"-set", row.name, row.value});
+    }
+    vector.insert(vector.end(), {"-verbose", "info:"});
+    return magickInvocation(vector);
+}
+
 }  // namespace
 
 std::optional<std::size_t> inputOperand(const std::vector<std::string>& arguments) {
@@ -192,6 +213,9 @@ MagickInvocation postScriptRenderer(const Raster& raster, const std::string& inp
 
 MagickInvocation continuation(const std::vector<std::string>& arguments, Decoding decoding, const std::string& input,
                               const std::string& svgPicture) {
+    if (decoding == Decoding::cameraRaw && identifies(arguments) && std::ranges::count(arguments, "-verbose") > 0) {
+        return cameraReport(input);
+    }
     const std::size_t operand = inputOperand(arguments).value_or(0);
     std::vector<std::string> vector;
     for (std::size_t index = 0; index < arguments.size(); ++index) {

@@ -15,11 +15,11 @@ QByteArray SystemBatchEngine::convertFile(const QString& path, ImageFormat forma
 }
 
 QByteArray SystemBatchEngine::convertEPS(const QString& path, ImageFormat format, bool stripMetadata, double quality) {
-    return ImageConverter::convertEPS(path, format, stripMetadata, quality);
+    return converter_.convertEPS(path, format, stripMetadata, quality);
 }
 
 QByteArray SystemBatchEngine::convertAI(const QString& path, ImageFormat format, double quality) {
-    return ImageConverter::convertAI(path, format, quality);
+    return converter_.convertAI(path, format, quality);
 }
 
 bool SystemBatchEngine::compress(ImageFormat format, const QString& inputPath, const QString& outputPath,

@@ -10,6 +10,9 @@
 
 #include "core/vocabulary/indexed_table.h"
 #include "core/vocabulary/path_names.h"
+#include "engines/ai_recipe.h"
+#include "engines/camera_raw_recipe.h"
+#include "engines/eps_recipe.h"
 #include "engines/image_io_converter.h"
 #include "engines/image_magick_recipes.h"
 #include "engines/sips_converter.h"
@@ -75,6 +78,13 @@ ConversionError toolFailure() {
         return ConversionError(QStringLiteral("No space left on device"));
     }
     return ConversionError();
+}
+
+/// The bytes that a file recipe leaves in a temporary output.
+template <typename Recipe>
+QByteArray recipeResult(ImageFormat format, const Recipe& recipe) {
+    const TempFile result(tempPrefix, fileExtension(format));
+    return recipe(result.path()) ? readResult(result.path()) : throw toolFailure();
 }
 
 /// Names a conversion of a file as it is now; absent when the file can't be looked at.
@@ -172,21 +182,30 @@ QByteArray ImageConverter::routed(const QString& path, ImageFormat format, bool 
     return convertImage({path}, format, stripMetadata);
 }
 
-QByteArray ImageConverter::convertEPS(const QString&, ImageFormat format, bool, double) {
+QByteArray ImageConverter::convertEPS(const QString& path, ImageFormat format, bool stripMetadata, double quality) {
     const Timed timed(QStringLiteral("convert_eps_to_") + fileExtension(format));
-    throw ConversionError();
+    return recipeResult(format, [&](const QString& output) {
+        return convertEPSFile(tools_, path, output, fileExtension(format), stripMetadata, quality);
+    });
 }
 
-QByteArray ImageConverter::convertAI(const QString&, ImageFormat format, double) {
+QByteArray ImageConverter::convertAI(const QString& path, ImageFormat format, double quality) {
     const Timed timed(QStringLiteral("convert_ai_to_") + fileExtension(format));
-    throw ConversionError();
+    return recipeResult(format, [&](const QString& output) {
+        return convertAIFile(tools_, path, output, fileExtension(format), quality);
+    });
 }
 
-QByteArray ImageConverter::convertRAW(const QString& path, ImageFormat format, bool, double) {
+QByteArray ImageConverter::convertRAW(const QString& path, ImageFormat format, bool stripMetadata, double quality) {
     const QString source = pathExtension(path).toString();
     const Timed timed(QStringLiteral("convert_raw_%1_to_%2").arg(source, fileExtension(format)),
                       {{QStringLiteral("raw_format"), source}});
-    throw ConversionError();
+    if (!tools_.resolveMagickPath()) {
+        throw ConversionError();
+    }
+    return recipeResult(format, [&](const QString& output) {
+        return convertRAWFile(tools_, path, output, fileExtension(format), stripMetadata, quality);
+    });
 }
 
 QByteArray ImageConverter::convertImage(const imaging::Picture& picture, ImageFormat format, bool stripMetadata) {

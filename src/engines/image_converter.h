@@ -34,11 +34,9 @@ public:
     /// The general entry: chooses by the path's extension.
     [[nodiscard]] QByteArray convertFile(const QString& path, ImageFormat format, bool stripMetadata, double quality);
 
-    [[nodiscard]] static QByteArray convertEPS(const QString& path, ImageFormat format, bool stripMetadata,
-                                               double quality);
-    [[nodiscard]] static QByteArray convertAI(const QString& path, ImageFormat format, double quality);
-    [[nodiscard]] static QByteArray convertRAW(const QString& path, ImageFormat format, bool stripMetadata,
-                                               double quality);
+    [[nodiscard]] QByteArray convertEPS(const QString& path, ImageFormat format, bool stripMetadata, double quality);
+    [[nodiscard]] QByteArray convertAI(const QString& path, ImageFormat format, double quality);
+    [[nodiscard]] QByteArray convertRAW(const QString& path, ImageFormat format, bool stripMetadata, double quality);
 
     /// For a picture that the imaging tool reads; the routes choose their own qualities.
     [[nodiscard]] QByteArray convertImage(const imaging::Picture& picture, ImageFormat format, bool stripMetadata);

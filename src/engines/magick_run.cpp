@@ -41,20 +41,24 @@ QString decodedOutput(const QByteArray& output, const QString& fallback) {
     return decoder.hasError() ? fallback : text;
 }
 
-bool runMagickTask(const ChildSetup& task, const QString& outputPath, const QString& context) {
+MagickOutcome magickOutcome(const ChildSetup& task, const QString& outputPath, const QString& context) {
     const ChildResult result = runChild(task);
     if (!result.started) {
         logLine(context + QStringLiteral(" failed: ") + userMessage(result.launchError));
-        return false;
+        return MagickOutcome::failed;
     }
     if (result.succeeded() && hasContent(outputPath)) {
-        return true;
+        return MagickOutcome::done;
     }
     const QString output = decodedOutput(result.output, QStringLiteral("Unknown output"));
     if (!blamesTheFile(output)) {
         logLine(context + QStringLiteral(": ") + output);
     }
-    return false;
+    return result.exitStatus == statusSourceRefused ? MagickOutcome::sourceRefused : MagickOutcome::failed;
+}
+
+bool runMagickTask(const ChildSetup& task, const QString& outputPath, const QString& context) {
+    return magickOutcome(task, outputPath, context) == MagickOutcome::done;
 }
 
 }  // namespace sorvik

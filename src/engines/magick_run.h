@@ -10,6 +10,19 @@ namespace sorvik {
 /// is none.
 [[nodiscard]] bool hasContent(const QString& path);
 
+enum class MagickOutcome {
+    done,
+    failed,
+    sourceRefused,  ///< the bundled launcher found the source cut off, empty or too large: no other tool would do
+                    ///< better
+};
+
+/// The exit status by which the launcher says so.
+inline constexpr int statusSourceRefused = 65;
+
+/// As runMagickTask, and tells what kind of failure it was.
+[[nodiscard]] MagickOutcome magickOutcome(const ChildSetup& task, const QString& outputPath, const QString& context);
+
 /// Runs a `magick` task whose arguments are set, to its end. True only for exit status 0 with a file at
 /// `outputPath`. A failure is logged as "<context>: <output>", unless the tool's words say that
 /// the file itself is the trouble. `context` is a short label such as "JPEG Compression". Blocks.

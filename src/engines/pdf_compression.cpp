@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "engines/ghostscript_run.h"
 #include "engines/magick_run.h"
 #include "engines/path_alias.h"
 #include "engines/path_safety.h"
@@ -73,7 +74,7 @@ bool succeeded(const ChildResult& child, const QString& outputPath) {
 
 bool runTask(const ChildSetup& task, const QString& outputPath) {
     logStep(QStringLiteral("Starting Ghostscript process..."));
-    const ChildResult child = runChild(task);
+    const ChildResult child = runGhostscript(task);
     if (!child.started) {
         logStep(QStringLiteral("=== FAILED TO START PROCESS ==="));
         logStep(QStringLiteral("Error: ") + child.launchError);
@@ -117,8 +118,8 @@ bool compressPDF(ProcessConfigCache& tools, const QString& inputPath, const QStr
     if (!paths) {
         return false;
     }
-    auto task = tools.makeGhostscriptTask();
-    if (!task) {
+    const auto ghostscript = tools.resolveGhostscriptPath();
+    if (!ghostscript) {
         logLine(QStringLiteral("Ghostscript not available for PDF compression"));
         return false;
     }
@@ -128,8 +129,8 @@ bool compressPDF(ProcessConfigCache& tools, const QString& inputPath, const QStr
     logPlaces(tools);
     const PathAlias input = PathAlias::forInput(paths->input);
     const PathAlias output = PathAlias::forOutput(paths->output);
-    task->arguments = pdfCompressionArguments(input.path(), tier, output.path());
-    return runTask(*task, output.path()) && output.settle();
+    const QStringList arguments = pdfCompressionArguments(input.path(), tier, output.path());
+    return runTask(ghostscriptTask(tools, *ghostscript, arguments), output.path()) && output.settle();
 }
 
 }  // namespace sorvik

@@ -86,19 +86,6 @@ std::optional<ChildSetup> ProcessConfigCache::makeMagickTask(const QStringList& 
     return task;
 }
 
-std::optional<ChildSetup> ProcessConfigCache::makeGhostscriptTask() {
-    const auto ghostscript = resolveGhostscriptPath();
-    if (!ghostscript) {
-        return std::nullopt;
-    }
-    const auto resources = bundle_.resourceDirectory();
-    ChildSetup task;
-    task.executable = *ghostscript;
-    task.environment = ghostscriptEnvironment(processEnvironment(), resources, bundle_.frameworksDirectory());
-    task.workingDirectory = resources.value_or(QString());
-    return task;
-}
-
 QString ProcessConfigCache::bundledToolsIntegrity() {
     const bool complete = resolveMagickPath() && resolveGhostscriptPath();
     return complete ? QStringLiteral("true") : QStringLiteral("false");

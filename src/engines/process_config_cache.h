@@ -38,10 +38,6 @@ public:
     [[nodiscard]] std::optional<ChildSetup> makeMagickTask(const QStringList& candidates);
     [[nodiscard]] std::optional<ChildSetup> makeMagickTask() { return makeMagickTask(magickCandidates()); }
 
-    /// `gs` ready to run directly but for its arguments: in the resource directory, which its variables name as
-    /// "."; absent when it isn't there.
-    [[nodiscard]] std::optional<ChildSetup> makeGhostscriptTask();
-
     /// "true" when both `magick` and `gs` are there, else "false".
     [[nodiscard]] QString bundledToolsIntegrity();
 

@@ -6,37 +6,12 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-#include <mutex>
-
+#include "captured_log.h"
 #include "engines/magick_run.h"
 #include "engines/process_config_cache.h"
-#include "platform/log.h"
 
 namespace sorvik {
 namespace {
-
-/// Collects log lines for as long as it lives.
-class CapturedLog {
-public:
-    CapturedLog() {
-        setLogSink([this](const QString& line) {
-            const std::lock_guard guard(lock_);
-            lines_ << line;
-        });
-    }
-    ~CapturedLog() { setLogSink({}); }
-    CapturedLog(const CapturedLog&) = delete;
-    CapturedLog& operator=(const CapturedLog&) = delete;
-
-    [[nodiscard]] QStringList lines() const {
-        const std::lock_guard guard(lock_);
-        return lines_;
-    }
-
-private:
-    mutable std::mutex lock_;
-    QStringList lines_;
-};
 
 class FakeBundle {
 public:

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "bundle/magick/magick_invocation.h"
+#include "bundle/magick/postscript_source.h"
+
+namespace sorvik::bundle {
+
+// ImageMagick 6 reads neither camera RAW nor, by its policy on Debian, PostScript, and writes no SVG. What
+// follows decides how a vector of `magick` becomes the vectors of the tools that do these. Nothing here
+// looks at a file or starts anything.
+
+/// What an input needs before ImageMagick 6 can read it.
+enum class Decoding { none, cameraRaw, postScript };
+
+/// Where the input stands in a vector of `magick`; absent when there is none, or when an option stands in
+/// front of it that no vector of ours has there: such a vector is not ours to change.
+[[nodiscard]] std::optional<std::size_t> inputOperand(const std::vector<std::string>& arguments);
+
+/// By the extension. PostScript still has to be looked at: other content under its extension is read as what it is.
+[[nodiscard]] Decoding decodingOf(const std::string& path);
+
+/// Whether the vector asks for an SVG of something that is none. The output is its last argument.
+[[nodiscard]] bool wantsSvg(const std::vector<std::string>& arguments);
+
+/// LibRaw's `dcraw_emu`, which writes a TIFF to `output`. It turns the picture upright by itself, and brings it
+/// to sRGB with the tone curve that is its own default, which is what "raw:auto-gamma" asks for. 16 bits where
+/// the vector's output holds them.
+[[nodiscard]] MagickInvocation rawDecoder(const std::vector<std::string>& arguments, const std::string& input,
+                                          const std::string& output);
+
+/// How large a drawing comes out.
+struct Raster {
+    double density = 72;  ///< pixels an inch
+    long width = 0;       ///< in pixels; 0 for the interpreter's own page
+    long height = 0;
+    double left = 0;  ///< what lies at the left and bottom edge, in points
+    double bottom = 0;
+
+    /// What ImageMagick 6 is allowed to read on Debian.
+    [[nodiscard]] bool tooLarge() const { return width > largestSide || height > largestSide; }
+    bool operator==(const Raster&) const = default;
+
+    static constexpr long largestSide = 16000;
+};
+
+/// By the vector's density and the drawing's extent.
+[[nodiscard]] Raster rasterOf(const std::vector<std::string>& arguments, const std::optional<BoundingBox>& box);
+
+/// Ghostscript, fenced in, which writes a PNG of the drawing with transparency to `output`. It writes none,
+/// and ends well all the same, when the text ends before its drawing does: what a file that is whole
+/// leaves as it found it, the depths of its dictionaries and of its states, is then out of balance. (By
+/// itself the interpreter shows whatever stands on the page at the end of an EPS.)
+[[nodiscard]] MagickInvocation postScriptRenderer(const Raster& raster, const std::string& input,
+                                                  const std::string& output);
+
+/// The vector for ImageMagick 6 once its input lies decoded at `input`. With `svgPicture` it writes that PNG in
+/// place of its own output.
+[[nodiscard]] MagickInvocation continuation(const std::vector<std::string>& arguments, Decoding decoding,
+                                            const std::string& input, const std::string& svgPicture);
+
+}  // namespace sorvik::bundle

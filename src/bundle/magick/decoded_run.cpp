@@ -1,0 +1,184 @@
+#include "bundle/magick/decoded_run.h"
+
+#include <sys/stat.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <system_error>
+
+#include "bundle/magick/child.h"
+#include "bundle/magick/decode_steps.h"
+#include "bundle/magick/rendered_page.h"
+#include "bundle/magick/svg_wrapper.h"
+
+namespace sorvik::bundle {
+
+namespace {
+
+constexpr int statusFailed = 1;
+constexpr std::uint64_t partLength = 65536;  // of a text, where its structuring comments are looked for
+
+int fail(const std::string& reason, int status = statusFailed) {
+    std::fputs(("magick: " + reason + "\n").c_str(), stderr);
+    return status;
+}
+
+std::string readPart(std::ifstream& file, std::uint64_t offset, std::uint64_t length) {
+    std::string part(length, '\0');
+    file.clear();
+    file.seekg(static_cast<std::streamoff>(offset));
+    file.read(part.data(), static_cast<std::streamsize>(part.size()));
+    part.resize(static_cast<std::size_t>(file.gcount()));
+    return part;
+}
+
+/// A PostScript file as far as it has to be known before it is interpreted.
+struct Source {
+    PostScriptSection section;
+    Extent extent;
+    std::uint64_t fileSize = 0;
+
+    [[nodiscard]] bool cutOff() const { return !section.complete || extent.missing; }
+    [[nodiscard]] bool hasPreview() const { return section.offset != 0 || section.length != fileSize; }
+};
+
+/// Absent when the content is no PostScript.
+std::optional<Source> lookAtSource(const std::string& path) {
+    std::error_code error;
+    Source source;
+    source.fileSize = std::filesystem::file_size(path, error);
+    std::ifstream file(path, std::ios::binary);
+    if (error || !file) {
+        return std::nullopt;
+    }
+    const auto section = findPostScript(readPart(file, 0, std::min(partLength, source.fileSize)), source.fileSize);
+    if (!section) {
+        return std::nullopt;
+    }
+    source.section = *section;
+    if (section->complete) {
+        const std::uint64_t part = std::min(partLength, section->length);
+        source.extent = findExtent(readPart(file, section->offset, part),
+                                   readPart(file, section->offset + section->length - part, part));
+    }
+    return source;
+}
+
+/// The interpreter would read the preview too, and take a file that ends behind its text for a whole one.
+bool copySection(const std::string& from, const PostScriptSection& section, const std::string& to) {
+    std::ifstream file(from, std::ios::binary);
+    std::ofstream copy(to, std::ios::binary);
+    for (std::uint64_t done = 0; done < section.length && copy;) {
+        const std::string part = readPart(file, section.offset + done, std::min(partLength, section.length - done));
+        if (part.empty()) {
+            return false;
+        }
+        copy << part;
+        done += part.size();
+    }
+    copy.close();
+    return !copy.fail();
+}
+
+/// A relative name that begins with a dash would be an option, "%" and "@" have meanings of their own.
+std::string absolute(const std::string& path) {
+    std::error_code error;
+    const std::filesystem::path result = std::filesystem::absolute(path, error);
+    return error ? path : result.string();
+}
+
+int renderPostScript(const std::vector<std::string>& arguments, const std::string& path, const Source& source,
+                     const PrivateFolder& folder, const std::string& output) {
+    if (source.cutOff()) {
+        return fail("the PostScript is cut off", statusSourceRefused);
+    }
+    const Raster raster = rasterOf(arguments, source.extent.box);
+    if (raster.tooLarge()) {
+        return fail("the drawing would be " + std::to_string(raster.width) + " by " + std::to_string(raster.height) +
+                        " pixels, more than " + std::to_string(Raster::largestSide) + " a side",
+                    statusSourceRefused);
+    }
+    std::string text = absolute(path);
+    if (source.hasPreview()) {
+        text = folder.file("drawing.eps");
+        if (!copySection(path, source.section, text)) {
+            return fail("the PostScript could not be copied");
+        }
+    }
+    if (runTool(postScriptRenderer(raster, text, output), false) != 0) {
+        return fail("the PostScript could not be interpreted");
+    }
+    switch (lookAtPage(output)) {
+        case Page::missing:
+            return fail("the PostScript ends before its drawing does", statusSourceRefused);
+        case Page::cut:
+            return fail("the interpreter did not finish its picture");
+        case Page::blank:
+            return fail("the PostScript draws nothing", statusSourceRefused);
+        case Page::painted:
+            return 0;
+    }
+    return statusFailed;
+}
+
+/// The decoder ends well whatever happened, and writes half of a picture when the disk is full: what counts is
+/// that it had nothing to say and that there is a file. ImageMagick fails on a TIFF that is cut.
+int decodeRaw(const std::vector<std::string>& arguments, const std::string& path, const PrivateFolder& folder,
+              const std::string& output) {
+    const std::string messages = folder.file("messages");
+    const int status = runTool(rawDecoder(arguments, absolute(path), output), false, messages);
+    std::ifstream file(messages, std::ios::binary);
+    const std::string said = readPart(file, 0, partLength);
+    std::fputs(said.c_str(), stderr);
+    std::error_code error;
+    const bool written = std::filesystem::file_size(output, error) > 0 && !error;
+    return status == 0 && said.empty() && written ? 0 : fail("the camera's picture could not be decoded");
+}
+
+int runSteps(const std::vector<std::string>& arguments, Decoding decoding, const Source& source, bool svg) {
+    endWithChildren();
+    const PrivateFolder folder;
+    if (!folder.made()) {
+        return fail("no temporary folder could be made");
+    }
+    folder.becomeTemporaryDirectory();
+    const std::string& path = arguments[inputOperand(arguments).value_or(0)];
+    const std::string decoded = folder.file(decoding == Decoding::cameraRaw ? "decoded.tiff" : "decoded.png");
+    int status = 0;
+    if (decoding == Decoding::cameraRaw) {
+        status = decodeRaw(arguments, path, folder, decoded);
+    } else if (decoding == Decoding::postScript) {
+        status = renderPostScript(arguments, path, source, folder, decoded);
+    }
+    if (status != 0) {
+        return status;
+    }
+    const std::string picture = svg ? folder.file("picture.png") : std::string();
+    status = runTool(continuation(arguments, decoding, decoded, picture), true);
+    if (status == 0 && svg && !wrapAsSvg(picture, arguments.back())) {
+        return fail("the SVG could not be written");
+    }
+    return status;
+}
+
+}  // namespace
+
+int runMagick(const std::vector<std::string>& arguments) {
+    const auto operand = inputOperand(arguments);
+    Decoding decoding = operand ? decodingOf(arguments[*operand]) : Decoding::none;
+    std::optional<Source> source;
+    if (decoding == Decoding::postScript) {
+        source = lookAtSource(arguments[*operand]);
+        decoding = source ? decoding : Decoding::none;
+    }
+    const bool svg = wantsSvg(arguments);
+    if (decoding == Decoding::none && !svg) {
+        execute(magickInvocation(arguments));
+    }
+    return runSteps(arguments, decoding, source.value_or(Source{}), svg);
+}
+
+}  // namespace sorvik::bundle

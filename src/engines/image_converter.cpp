@@ -15,6 +15,7 @@
 #include "engines/eps_recipe.h"
 #include "engines/image_io_converter.h"
 #include "engines/image_magick_recipes.h"
+#include "engines/metadata_strip.h"
 #include "engines/sips_converter.h"
 #include "platform/files.h"
 #include "platform/log.h"
@@ -122,6 +123,9 @@ void requireFitting(const QString& png, ImageFormat format) {
     }
 }
 
+/// Whether an intermediate picture, by the tool's line on it, is not opaque everywhere.
+bool isTransparent(const QString& contents) { return contents.contains(QLatin1StringView("alpha")); }
+
 /// What an intermediate picture holds that ImageMagick's writers of these formats leave out.
 bool losesMetadata(const QString& carried) {
     return std::ranges::any_of(std::array{"exif", "xmp", "icc"},
@@ -210,36 +214,46 @@ QByteArray ImageConverter::convertRAW(const QString& path, ImageFormat format, b
 
 QByteArray ImageConverter::convertImage(const imaging::Picture& picture, ImageFormat format, bool stripMetadata) {
     const Timed timed(QStringLiteral("convert_image_to_") + fileExtension(format));
-    if (stripMetadata) {
-        // A file that was to be stripped must not come out unstripped, and nothing here strips yet.
-        throw ConversionError();
-    }
     return renderImage(picture, format, stripMetadata);
 }
 
 QByteArray ImageConverter::renderImage(const imaging::Picture& picture, ImageFormat format, bool stripMetadata) {
+    using imaging::Metadata;
+    Rendering rendering = rendered(picture, format, stripMetadata ? Metadata::stripped : Metadata::kept);
+    // The pictures that come out of the routes are bare already. Where the pass through ImageMagick could only
+    // turn what is transparent black, there is nothing that it is needed for.
+    if (!stripMetadata || rendering.losesToImageMagick) {
+        return std::move(rendering.bytes);
+    }
+    return strippedBytes(tools_, rendering.bytes, fileExtension(format));
+}
+
+ImageConverter::Rendering ImageConverter::rendered(const imaging::Picture& picture, ImageFormat format,
+                                                   imaging::Metadata metadata) {
     switch (outputRoute(format)) {
         case OutputRoute::pngWriter:
-            return extensions_.pngData(picture);
+            return {extensions_.pngData(picture, metadata)};
         case OutputRoute::systemTool:
-            return viaSystemTool(picture, format, stripMetadata);
+            return {viaSystemTool(picture, format, metadata)};
         case OutputRoute::heicWriter:
-            return extensions_.heicData(picture);
+            return viaHeicWriter(picture, metadata);
         case OutputRoute::pdfWriter:
-            return extensions_.pdfData(picture);
+            return {extensions_.pdfData(picture, metadata)};
         case OutputRoute::icoWriter:
-            return extensions_.icoData(picture);
+            return {extensions_.icoData(picture, metadata)};
         case OutputRoute::imageMagick:
-            return viaImageMagick(picture, format);
+            return viaImageMagick(picture, format, metadata);
     }
     Q_UNREACHABLE();
 }
 
-QByteArray ImageConverter::viaSystemTool(const imaging::Picture& picture, ImageFormat format, bool stripMetadata) {
+QByteArray ImageConverter::viaSystemTool(const imaging::Picture& picture, ImageFormat format,
+                                         imaging::Metadata metadata) {
     const TempFile intermediate(tempPrefix, QStringLiteral("png"));
-    extensions_.runJob(imaging::intermediateArguments(picture, intermediate.path(), imaging::Colors::asTheyAre));
-    const SipsConversion conversion =
-        convertWithSips(tools_, intermediate.path(), fileExtension(format), systemToolQuality, true, stripMetadata);
+    extensions_.runJob(
+        imaging::intermediateArguments(picture, intermediate.path(), imaging::Colors::asTheyAre, metadata));
+    const SipsConversion conversion = convertWithSips(tools_, intermediate.path(), fileExtension(format),
+                                                      systemToolQuality, true, metadata == imaging::Metadata::stripped);
     const auto removeOutput = qScopeGuard([&] { QFile::remove(conversion.outputPath); });
     if (!conversion.success) {
         throw conversionError(conversion.status);
@@ -247,25 +261,39 @@ QByteArray ImageConverter::viaSystemTool(const imaging::Picture& picture, ImageF
     return readResult(conversion.outputPath);
 }
 
-QByteArray ImageConverter::viaImageMagick(const imaging::Picture& picture, ImageFormat format) {
+ImageConverter::Rendering ImageConverter::viaHeicWriter(const imaging::Picture& picture, imaging::Metadata metadata) {
+    if (metadata == imaging::Metadata::kept) {
+        return {extensions_.heicData(picture, metadata)};
+    }
+    // Only an intermediate tells whether anything is transparent.
+    const TempFile intermediate(tempPrefix, QStringLiteral("png"));
+    const QString contents =
+        extensions_.makeIntermediate(picture, intermediate.path(), imaging::Colors::sRGB, metadata);
+    return {extensions_.heicData({intermediate.path()}, metadata), isTransparent(contents)};
+}
+
+ImageConverter::Rendering ImageConverter::viaImageMagick(const imaging::Picture& picture, ImageFormat format,
+                                                         imaging::Metadata metadata) {
     const bool avif = format == ImageFormat::avif;
     const TempFile intermediate(tempPrefix, QStringLiteral("png"));
-    const QString carried = extensions_.makeIntermediate(picture, intermediate.path(),
-                                                         avif ? imaging::Colors::sRGB : imaging::Colors::asTheyAre);
+    const QString contents = extensions_.makeIntermediate(
+        picture, intermediate.path(), avif ? imaging::Colors::sRGB : imaging::Colors::asTheyAre, metadata);
     requireFitting(intermediate.path(), format);
     const TempFile result(tempPrefix, fileExtension(format));
     const auto recipe = avif ? &convertAVIFFile : &convertWebPFile;
     if (!recipe(tools_, intermediate.path(), result.path(), imageMagickQuality)) {
-        auto bytes = avif ? extensions_.avifData(picture) : std::nullopt;
-        return bytes ? *bytes : throw toolFailure();
+        auto bytes = avif ? extensions_.avifData(picture, metadata) : std::nullopt;
+        return {bytes ? *bytes : throw toolFailure()};
     }
-    if (avif && carried.contains(QLatin1StringView("alpha"))) {
+    if (avif && isTransparent(contents)) {
         // ImageMagick 6 leaves transparency out of an AVIF: what was transparent would come out black.
         extensions_.runJob(imaging::carryMetadataArguments(intermediate.path(), result.path()));
-    } else if (losesMetadata(carried)) {
+        return {readResult(result.path()), true};
+    }
+    if (losesMetadata(contents)) {
         carryMetadata(extensions_, intermediate.path(), result.path());
     }
-    return readResult(result.path());
+    return {readResult(result.path())};
 }
 
 }  // namespace sorvik

@@ -43,9 +43,19 @@ public:
 
 private:
     [[nodiscard]] QByteArray routed(const QString& path, ImageFormat format, bool stripMetadata, double quality);
+    /// What a route made of a picture.
+    struct Rendering {
+        QByteArray bytes;
+        bool losesToImageMagick = false;  ///< holds transparency that ImageMagick 6 does not write
+    };
+
     [[nodiscard]] QByteArray renderImage(const imaging::Picture& picture, ImageFormat format, bool stripMetadata);
-    [[nodiscard]] QByteArray viaSystemTool(const imaging::Picture& picture, ImageFormat format, bool stripMetadata);
-    [[nodiscard]] QByteArray viaImageMagick(const imaging::Picture& picture, ImageFormat format);
+    [[nodiscard]] Rendering rendered(const imaging::Picture& picture, ImageFormat format, imaging::Metadata metadata);
+    [[nodiscard]] QByteArray viaSystemTool(const imaging::Picture& picture, ImageFormat format,
+                                           imaging::Metadata metadata);
+    [[nodiscard]] Rendering viaHeicWriter(const imaging::Picture& picture, imaging::Metadata metadata);
+    [[nodiscard]] Rendering viaImageMagick(const imaging::Picture& picture, ImageFormat format,
+                                           imaging::Metadata metadata);
 
     ProcessConfigCache& tools_;
     ResultCache& results_;

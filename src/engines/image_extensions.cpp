@@ -24,8 +24,8 @@ void logExtension(const QString& line) { logLine(QStringLiteral("[NSImageExtensi
 
 /// Writes the AVIF of a picture to `destination`, through a PNG of its own. Throws on failure of the PNG.
 bool convertThroughPng(ProcessConfigCache& tools, const ImageExtensions& extensions, const imaging::Picture& picture,
-                       const QString& png, const QString& destination) {
-    extensions.runJob(imaging::intermediateArguments(picture, png, imaging::Colors::sRGB));
+                       imaging::Metadata metadata, const QString& png, const QString& destination) {
+    extensions.runJob(imaging::intermediateArguments(picture, png, imaging::Colors::sRGB, metadata));
     if (convertAVIFFile(tools, png, destination, avifQuality)) {
         return true;
     }
@@ -50,8 +50,8 @@ ImageExtensions::ImageExtensions(ProcessConfigCache& tools)
 void ImageExtensions::runJob(const QStringList& arguments) const { static_cast<void>(jobOutput(arguments)); }
 
 QString ImageExtensions::makeIntermediate(const imaging::Picture& picture, const QString& destination,
-                                          imaging::Colors colors) const {
-    return jobOutput(imaging::intermediateArguments(picture, destination, colors));
+                                          imaging::Colors colors, imaging::Metadata metadata) const {
+    return jobOutput(imaging::intermediateArguments(picture, destination, colors, metadata));
 }
 
 QString ImageExtensions::jobOutput(const QStringList& arguments) const {
@@ -64,29 +64,30 @@ QString ImageExtensions::jobOutput(const QStringList& arguments) const {
 }
 
 QByteArray ImageExtensions::encoded(const QString& extension,
-                                    QStringList (*arguments)(const imaging::Picture&, const QString&),
-                                    const imaging::Picture& picture) const {
+                                    QStringList (*arguments)(const imaging::Picture&, const QString&,
+                                                             imaging::Metadata),
+                                    const imaging::Picture& picture, imaging::Metadata metadata) const {
     const TempFile result(tempPrefix, extension);
-    runJob(arguments(picture, result.path()));
+    runJob(arguments(picture, result.path(), metadata));
     return readResult(result.path());
 }
 
-QByteArray ImageExtensions::pngData(const imaging::Picture& picture) const {
-    return encoded(QStringLiteral("png"), &imaging::pngArguments, picture);
+QByteArray ImageExtensions::pngData(const imaging::Picture& picture, imaging::Metadata metadata) const {
+    return encoded(QStringLiteral("png"), &imaging::pngArguments, picture, metadata);
 }
 
-QByteArray ImageExtensions::heicData(const imaging::Picture& picture) const {
-    return encoded(QStringLiteral("heic"), &imaging::heicArguments, picture);
+QByteArray ImageExtensions::heicData(const imaging::Picture& picture, imaging::Metadata metadata) const {
+    return encoded(QStringLiteral("heic"), &imaging::heicArguments, picture, metadata);
 }
 
-QByteArray ImageExtensions::pdfData(const imaging::Picture& picture) const {
-    return encoded(QStringLiteral("pdf"), &imaging::pdfArguments, picture);
+QByteArray ImageExtensions::pdfData(const imaging::Picture& picture, imaging::Metadata metadata) const {
+    return encoded(QStringLiteral("pdf"), &imaging::pdfArguments, picture, metadata);
 }
 
-QByteArray ImageExtensions::icoData(const imaging::Picture& picture) const {
+QByteArray ImageExtensions::icoData(const imaging::Picture& picture, imaging::Metadata metadata) const {
     const TempFile base(tempPrefix, QStringLiteral("png"));
     const std::vector<int> sizes(iconSizes.begin(), iconSizes.end());
-    runJob(imaging::iconArguments(picture, base.path(), sizes));
+    runJob(imaging::iconArguments(picture, base.path(), sizes, metadata));
     std::vector<imaging::IcoImage> images;
     for (const int size : sizes) {
         const QString path = base.path() + u'.' + QString::number(size);
@@ -104,7 +105,7 @@ QByteArray ImageExtensions::icoData(const imaging::Picture& picture) const {
     return imaging::writeIco(images);
 }
 
-std::optional<QByteArray> ImageExtensions::avifData(const imaging::Picture& picture) const {
+std::optional<QByteArray> ImageExtensions::avifData(const imaging::Picture& picture, imaging::Metadata metadata) const {
     const auto unavailable =
         QStringLiteral("Warning: AVIF conversion failed or ImageMagick unavailable. Returning nil.");
     if (!tools_.resolveMagickPath()) {
@@ -121,7 +122,7 @@ std::optional<QByteArray> ImageExtensions::avifData(const imaging::Picture& pict
         return std::nullopt;
     }
     try {
-        if (convertThroughPng(tools_, *this, picture, png->path(), avif->path())) {
+        if (convertThroughPng(tools_, *this, picture, metadata, png->path(), avif->path())) {
             return readResult(avif->path());
         }
         logExtension(unavailable);

@@ -48,21 +48,23 @@ private:
 };
 
 /// An icon of the frame alone.
-std::optional<QByteArray> encodedIcon(const ImageExtensions& extensions, const imaging::IcoFrame& frame) {
+std::optional<QByteArray> encodedIcon(const ImageExtensions& extensions, const imaging::IcoFrame& frame,
+                                      bool stripMetadata) {
     if (frame.width > largestIcon || frame.height > largestIcon) {
         logConverter("Failed to create image destination for data");
         return std::nullopt;
     }
     const FrameFile file(frame);
-    return imaging::writeIco(
-        {{static_cast<int>(frame.width), static_cast<int>(frame.height), extensions.pngData(file.picture())}});
+    const auto metadata = stripMetadata ? imaging::Metadata::stripped : imaging::Metadata::kept;
+    return imaging::writeIco({{static_cast<int>(frame.width), static_cast<int>(frame.height),
+                               extensions.pngData(file.picture(), metadata)}});
 }
 
 std::optional<QByteArray> encodeImage(const ImageExtensions& extensions, const imaging::IcoFrame& frame,
                                       const QString& format, bool stripMetadata, double quality) {
     const QString encoder = encoderFormat(format);
     if (encoder == QLatin1StringView("ico")) {
-        return encodedIcon(extensions, frame);
+        return encodedIcon(extensions, frame, stripMetadata);
     }
     const FrameFile file(frame);
     const TempFile result(tempPrefix, sipsFormat(encoder));

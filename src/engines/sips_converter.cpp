@@ -7,6 +7,7 @@
 
 #include "core/vocabulary/path_names.h"
 #include "engines/magick_run.h"
+#include "engines/metadata_strip.h"
 #include "imaging/imaging_client.h"
 #include "platform/log.h"
 
@@ -46,34 +47,49 @@ Run runTool(const ProcessConfigCache& tools, const QStringList& arguments, const
     return {child.started, empty ? SipsStatus::failed : status, child.launchError};
 }
 
-/// The second try, at the top quality. `first` tells why the first one failed.
-SipsConversion jpegFallback(const ProcessConfigCache& tools, const QString& input, const QString& output) {
-    const Run run = runTool(tools, sipsFallbackArguments(input, output), output);
-    if (!run.started) {
-        logLine(QStringLiteral("[SIPSConverter] Error running SIPS fallback: ") + run.launchError);
-    } else if (run.status != SipsStatus::finished) {
-        logLine(QStringLiteral("[SIPSConverter] SIPS JPEG fallback failed for %1 to %2").arg(input, output));
+struct Job {
+    QString input;
+    QString output;
+    QString format;
+    bool stripMetadata = false;
+};
+
+/// A finished run, stripped when that is asked for. `occasion` ends the line on a strip that failed.
+SipsConversion finishedRun(ProcessConfigCache& tools, const Job& job, const char* occasion) {
+    if (job.stripMetadata && !stripMetadata(tools, job.output, job.format, Replacer::sipsConverter)) {
+        logLine(QStringLiteral("[SIPSConverter] Failed to strip metadata from ") + job.output +
+                QLatin1StringView(occasion));
+        return {false, job.output, SipsStatus::failed};
     }
-    return {run.status == SipsStatus::finished, output, run.status};
+    return {true, job.output, SipsStatus::finished};
 }
 
-SipsConversion runSips(const ProcessConfigCache& tools, const QString& inputPath, const QString& outputPath,
-                       const QString& format, double quality, bool lossless) {
-    const QString input = QDir::cleanPath(inputPath);
-    const QString output = QDir::cleanPath(outputPath);
-    const Run run = runTool(tools, sipsArguments(input, format, quality, lossless, output), output);
+/// The second try, at the top quality.
+SipsConversion jpegFallback(ProcessConfigCache& tools, const Job& job) {
+    const Run run = runTool(tools, sipsFallbackArguments(job.input, job.output), job.output);
+    if (run.status == SipsStatus::finished) {
+        return finishedRun(tools, job, " in fallback");
+    }
+    logLine(run.started
+                ? QStringLiteral("[SIPSConverter] SIPS JPEG fallback failed for %1 to %2").arg(job.input, job.output)
+                : QStringLiteral("[SIPSConverter] Error running SIPS fallback: ") + run.launchError);
+    return {false, job.output, run.status};
+}
+
+SipsConversion runSips(ProcessConfigCache& tools, const Job& job, double quality, bool lossless) {
+    const Run run = runTool(tools, sipsArguments(job.input, job.format, quality, lossless, job.output), job.output);
     if (!run.started) {
         logLine(QStringLiteral("[SIPSConverter] Error running SIPS: ") + run.launchError);
-        return {false, output, run.status};
+        return {false, job.output, run.status};
     }
     if (run.status == SipsStatus::finished) {
-        return {true, output, run.status};
+        return finishedRun(tools, job, "");
     }
-    if (format == QLatin1StringView("jpg")) {
-        return jpegFallback(tools, input, output);
+    if (job.format == QLatin1StringView("jpg")) {
+        return jpegFallback(tools, job);
     }
-    logLine(QStringLiteral("[SIPSConverter] SIPS conversion failed for %1 to %2").arg(input, format));
-    return {false, output, run.status};
+    logLine(QStringLiteral("[SIPSConverter] SIPS conversion failed for %1 to %2").arg(job.input, job.format));
+    return {false, job.output, run.status};
 }
 
 }  // namespace
@@ -107,15 +123,15 @@ QStringList sipsFallbackArguments(const QString& input, const QString& output) {
     return sipsArguments(input, QStringLiteral("jpg"), 1.0, false, output);
 }
 
-SipsConversion convertWithSips(const ProcessConfigCache& tools, const QString& inputPath, const QString& format,
+SipsConversion convertWithSips(ProcessConfigCache& tools, const QString& inputPath, const QString& format,
                                double quality, bool lossless, bool stripMetadata) {
     const QString target = sipsFormat(format);
     const QString outputPath = replacingExtension(inputPath, target);
-    if (!isSipsFormat(target) || stripMetadata) {
-        // Stripping a finished file has no road yet, and a file that was to be stripped must not pass as one.
+    if (!isSipsFormat(target)) {
         return {false, outputPath, SipsStatus::failed};
     }
-    return runSips(tools, inputPath, outputPath, target, quality, lossless);
+    const Job job{QDir::cleanPath(inputPath), QDir::cleanPath(outputPath), target, stripMetadata};
+    return runSips(tools, job, quality, lossless);
 }
 
 ConversionError conversionError(SipsStatus status) {

@@ -32,8 +32,8 @@ struct SipsConversion {
 
 /// Converts a file by the system tool, for JPEG with a second try at the top quality. `format` is a
 /// file extension. Stripping, when asked for, is part of the success. Blocks.
-[[nodiscard]] SipsConversion convertWithSips(const ProcessConfigCache& tools, const QString& inputPath,
-                                             const QString& format, double quality, bool lossless, bool stripMetadata);
+[[nodiscard]] SipsConversion convertWithSips(ProcessConfigCache& tools, const QString& inputPath, const QString& format,
+                                             double quality, bool lossless, bool stripMetadata);
 
 /// What the routes throw for a job of the tool that failed.
 [[nodiscard]] ConversionError conversionError(codecs::SipsStatus status);

@@ -10,6 +10,22 @@ QStringList job(const QStringList& options, const QString& input, const QString&
     return options + QStringList{input, QStringLiteral("--out"), destination};
 }
 
+QStringList colorOptions(Colors colors, Metadata metadata) {
+    QStringList options;
+    if (colors == Colors::sRGB || metadata == Metadata::stripped) {
+        options += option("colorSpace", QStringLiteral("sRGB"));
+    }
+    if (metadata == Metadata::stripped) {
+        options += option("stripMetadata", QStringLiteral("yes"));
+    }
+    return options;
+}
+
+QStringList wholeJob(const char* format, const Picture& picture, const QString& destination, Metadata metadata) {
+    return job(option("format", QString::fromLatin1(format)) + colorOptions(Colors::asTheyAre, metadata), picture.path,
+               destination);
+}
+
 }  // namespace
 
 QStringList option(const char* key, const QString& value) {
@@ -22,31 +38,32 @@ codecs::SipsStatus jobStatus(const ChildResult& child) {
     return known ? static_cast<codecs::SipsStatus>(child.exitStatus) : codecs::SipsStatus::failed;
 }
 
-QStringList intermediateArguments(const Picture& picture, const QString& destination, Colors colors) {
-    QStringList options = option("format", QStringLiteral("png")) + option("purpose", QStringLiteral("intermediate"));
-    if (colors == Colors::sRGB) {
-        options += option("colorSpace", QStringLiteral("sRGB"));
-    }
-    return job(options, picture.path, destination);
+QStringList intermediateArguments(const Picture& picture, const QString& destination, Colors colors,
+                                  Metadata metadata) {
+    return job(option("format", QStringLiteral("png")) + option("purpose", QStringLiteral("intermediate")) +
+                   colorOptions(colors, metadata),
+               picture.path, destination);
 }
 
-QStringList pngArguments(const Picture& picture, const QString& destination) {
-    return job(option("format", QStringLiteral("png")), picture.path, destination);
+QStringList pngArguments(const Picture& picture, const QString& destination, Metadata metadata) {
+    return wholeJob("png", picture, destination, metadata);
 }
 
-QStringList heicArguments(const Picture& picture, const QString& destination) {
-    return job(option("format", QStringLiteral("heic")), picture.path, destination);
+QStringList heicArguments(const Picture& picture, const QString& destination, Metadata metadata) {
+    return wholeJob("heic", picture, destination, metadata);
 }
 
-QStringList pdfArguments(const Picture& picture, const QString& destination) {
-    return job(option("format", QStringLiteral("pdf")), picture.path, destination);
+QStringList pdfArguments(const Picture& picture, const QString& destination, Metadata metadata) {
+    return wholeJob("pdf", picture, destination, metadata);
 }
 
-QStringList iconArguments(const Picture& picture, const QString& destination, const std::vector<int>& sizes) {
+QStringList iconArguments(const Picture& picture, const QString& destination, const std::vector<int>& sizes,
+                          Metadata metadata) {
     QStringList words;
     std::ranges::transform(sizes, std::back_inserter(words), [](int size) { return QString::number(size); });
-    return job(option("format", QStringLiteral("png")) + option("iconSizes", words.join(u',')), picture.path,
-               destination);
+    return job(option("format", QStringLiteral("png")) + option("iconSizes", words.join(u',')) +
+                   colorOptions(Colors::asTheyAre, metadata),
+               picture.path, destination);
 }
 
 QStringList frameArguments(const Picture& frame, const QString& toolFormat, bool stripMetadata,

@@ -37,23 +37,28 @@ enum class Colors {
 /// One setting of the tool: "-s", key, value.
 [[nodiscard]] QStringList option(const char* key, const QString& value);
 
+/// Whether EXIF, XMP and IPTC come along. Where they are stripped the pixels are brought to sRGB
+/// first, as no profile comes along either.
+enum class Metadata { kept, stripped };
+
 // The vectors of the tool. A destination that stands is overwritten.
 
 /// A lossless PNG that costs little more than a copy of the pixels, for the next step only.
-[[nodiscard]] QStringList intermediateArguments(const Picture& picture, const QString& destination, Colors colors);
+[[nodiscard]] QStringList intermediateArguments(const Picture& picture, const QString& destination, Colors colors,
+                                                Metadata metadata);
 
 /// A well-compressed PNG.
-[[nodiscard]] QStringList pngArguments(const Picture& picture, const QString& destination);
+[[nodiscard]] QStringList pngArguments(const Picture& picture, const QString& destination, Metadata metadata);
 
 /// HEIC at the visually lossless setting.
-[[nodiscard]] QStringList heicArguments(const Picture& picture, const QString& destination);
+[[nodiscard]] QStringList heicArguments(const Picture& picture, const QString& destination, Metadata metadata);
 
 /// A PDF of one page, one point a pixel.
-[[nodiscard]] QStringList pdfArguments(const Picture& picture, const QString& destination);
+[[nodiscard]] QStringList pdfArguments(const Picture& picture, const QString& destination, Metadata metadata);
 
 /// One PNG a size, square, at "<destination>.<size>".
 [[nodiscard]] QStringList iconArguments(const Picture& picture, const QString& destination,
-                                        const std::vector<int>& sizes);
+                                        const std::vector<int>& sizes, Metadata metadata);
 
 /// What a decoded icon frame becomes; `jpegQuality` is 0.0 to 1.0.
 [[nodiscard]] QStringList frameArguments(const Picture& frame, const QString& toolFormat, bool stripMetadata,

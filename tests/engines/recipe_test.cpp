@@ -152,16 +152,18 @@ private:
 TEST(ConvertWithSips, TriesAJpegTwiceAndOthersOnce) {
     setLogSink({});
     const ScriptedSips second(2);
-    auto conversion = convertWithSips(second.tools(), second.picture(), QStringLiteral("jpeg"), 0, true, false);
+    auto secondTools = second.tools();
+    auto conversion = convertWithSips(secondTools, second.picture(), QStringLiteral("jpeg"), 0, true, false);
     EXPECT_TRUE(conversion.success);
     EXPECT_TRUE(conversion.outputPath.endsWith(QStringLiteral("/T.jpg")));
     ASSERT_EQ(second.runs().size(), 2);
     EXPECT_TRUE(second.runs()[1].startsWith(QStringLiteral("-s format jpeg -s formatOptions 100 ")));
 
     const ScriptedSips never(0);
-    EXPECT_FALSE(convertWithSips(never.tools(), never.picture(), QStringLiteral("TIF"), 0, true, false).success);
+    auto neverTools = never.tools();
+    EXPECT_FALSE(convertWithSips(neverTools, never.picture(), QStringLiteral("TIF"), 0, true, false).success);
     EXPECT_EQ(never.runs().size(), 1);
-    EXPECT_FALSE(convertWithSips(never.tools(), never.picture(), QStringLiteral("psd"), 0, true, false).success);
+    EXPECT_FALSE(convertWithSips(neverTools, never.picture(), QStringLiteral("psd"), 0, true, false).success);
     EXPECT_EQ(never.runs().size(), 1) << "a format outside the list starts no process";
 }
 

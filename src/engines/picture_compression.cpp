@@ -93,7 +93,9 @@ public:
 
     /// An upright sRGB copy for a recipe to read.
     [[nodiscard]] bool copyPixels(const QString& source, const QString& copy) const {
-        return client_.run(imaging::intermediateArguments({source}, copy, imaging::Colors::sRGB)).finished();
+        return client_
+            .run(imaging::intermediateArguments({source}, copy, imaging::Colors::sRGB, imaging::Metadata::stripped))
+            .finished();
     }
 
     /// Encodes an AVIF anew, now with the transparency that ImageMagick 6 leaves out: it would come out black.

@@ -40,7 +40,8 @@ for ((point = 0; point < points; point++)); do
 
     backups=$(find "$folder/work" -name '*.backup.*' | wc -l)
     restored=$((restored + backups))
-    "$batch" --version >/dev/null # the next start
+    cp "$folder/old/00.jpg" "$folder/other.jpg"
+    "$batch" compress "$folder/other.jpg" >/dev/null 2>&1 # the next start
     for file in "$folder"/old/*.jpg; do
         name=$(basename "$file")
         if cmp -s "$folder/work/$name" "$file"; then

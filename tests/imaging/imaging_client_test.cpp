@@ -30,19 +30,20 @@ TEST(ImagingVectors, AreWhole) {
 }
 
 TEST(PictureFacts, OnlyTheToolsOwnLineIsTaken) {
-    const auto facts = parsePictureFacts(text("kind=jpeg width=4000 height=3000 pages=1 orientation=6 whole=yes"));
+    const auto facts =
+        parsePictureFacts(text("kind=jpeg width=4000 height=3000 pages=1 orientation=6 alpha=no whole=yes"));
     EXPECT_EQ(facts, (PictureFacts{text("jpeg"), 4000, 3000, 1, 6, true}));
     for (const char* line : {
              "",
-             "kind=jpeg width=4000 height=3000 pages=1 orientation=6 whole=yes\n",
-             "kind=jpeg width=4000 height=3000 pages=1 orientation=6 whole=maybe",
-             "kind=jpeg width=4000 height=3000 pages=1 orientation=9 whole=yes",
-             "kind=jpeg width=0 height=3000 pages=1 orientation=1 whole=yes",
-             "kind=jpeg width=99999999999 height=3000 pages=1 orientation=1 whole=yes",
-             "kind=bmp width=4000 height=3000 pages=1 orientation=1 whole=yes",
-             "kind=jpeg height=3000 width=4000 pages=1 orientation=1 whole=yes",
-             "kind=jpeg width=-4 height=3000 pages=1 orientation=1 whole=yes",
-             "warning kind=jpeg width=4 height=3000 pages=1 orientation=1 whole=yes",
+             "kind=jpeg width=4000 height=3000 pages=1 orientation=6 alpha=no whole=yes\n",
+             "kind=jpeg width=4000 height=3000 pages=1 orientation=6 alpha=no whole=maybe",
+             "kind=jpeg width=4000 height=3000 pages=1 orientation=9 alpha=no whole=yes",
+             "kind=jpeg width=0 height=3000 pages=1 orientation=1 alpha=no whole=yes",
+             "kind=jpeg width=99999999999 height=3000 pages=1 orientation=1 alpha=no whole=yes",
+             "kind=bmp width=4000 height=3000 pages=1 orientation=1 alpha=no whole=yes",
+             "kind=jpeg height=3000 width=4000 pages=1 orientation=1 alpha=no whole=yes",
+             "kind=jpeg width=-4 height=3000 pages=1 orientation=1 alpha=no whole=yes",
+             "warning kind=jpeg width=4 height=3000 pages=1 orientation=1 alpha=no whole=yes",
          }) {
         EXPECT_FALSE(parsePictureFacts(text(line))) << line;
     }

@@ -12,6 +12,7 @@
 #include "apps/sorvikbatch/command_line.h"
 #include "apps/sorvikbatch/interrupt.h"
 #include "apps/sorvikbatch/metadata_front.h"
+#include "engines/replacement_journal.h"
 #include "platform/log.h"
 #include "services/temporary_files.h"
 
@@ -26,6 +27,7 @@ void sendLog(bool verbose) { setLogSink(verbose ? LogSink(&logToStandardError) :
 int runBatch(BatchOptions options, bool verbose) {
     std::signal(SIGPIPE, SIG_IGN);  // a reader that has gone must not end the batch in the middle
     sendLog(verbose);
+    recoverReplacements();
     TempFileManager::shared().cleanupOrphanedFiles();
     BatchFront front(std::move(options), stdout, isatty(STDERR_FILENO) != 0 ? stderr : nullptr);
     const Interrupt interrupt;

@@ -31,11 +31,31 @@ constexpr std::array epsDevices{
 
 bool isJpeg(const QString& format) { return format == u"jpg" || format == u"jpeg"; }
 
-bool convertThroughPng(ProcessConfigCache& tools, const QString& inputPath, const QString& outputPath,
-                       bool stripMetadata, double quality) {
+/// One run to what the device of a format writes.
+bool runDevice(const ProcessConfigCache& tools, const QString& gs, const QString& inputPath, const QString& outputPath,
+               const QString& format, double quality) {
+    const PathAlias input = PathAlias::forInput(inputPath);
+    const PathAlias output = PathAlias::forOutput(outputPath);
+    const auto jpegQuality = isJpeg(format) ? std::optional(quality) : std::nullopt;
+    const ChildResult result = runGhostscript(
+        ghostscriptTask(tools, gs, ghostscriptArguments(epsDevice(format), output.path(), jpegQuality, input.path())));
+    if (!result.started) {
+        logLine(QStringLiteral("Failed to run direct Ghostscript for EPS: ") + result.launchError);
+        return false;
+    }
+    const QString said = decodedOutput(result.output, QStringLiteral("Unknown error"));
+    if (result.succeeded() && hasContent(output.path()) && !tellsOfDamage(said)) {
+        return output.settle();
+    }
+    logLine(QStringLiteral("Direct Ghostscript EPS conversion error: ") + said);
+    return false;
+}
+
+bool convertThroughPng(ProcessConfigCache& tools, const QString& gs, const QString& inputPath,
+                       const QString& outputPath, double quality) {
     const QString png = stepPath(outputPath, QStringLiteral("_temp.png"));
     const auto removePng = qScopeGuard([&] { QFile::remove(png); });
-    return convertEPSWithGhostscript(tools, inputPath, png, QStringLiteral("png"), stripMetadata, quality) &&
+    return runDevice(tools, gs, inputPath, png, QStringLiteral("png"), quality) &&
            convertWebPFile(tools, png, outputPath, quality);
 }
 
@@ -88,31 +108,15 @@ bool convertEPSFile(ProcessConfigCache& tools, const QString& inputPath, const Q
 }
 
 bool convertEPSWithGhostscript(ProcessConfigCache& tools, const QString& inputPath, const QString& outputPath,
-                               const QString& format, bool stripMetadata, double quality) {
+                               const QString& format, bool /*stripMetadata*/, double quality) {
     const auto gs = tools.resolveGhostscriptPath();
     if (!gs) {
         logLine(QStringLiteral("Ghostscript not found for EPS fallback conversion"));
         return false;
     }
     const QString key = format.toLower();
-    if (key == u"webp") {
-        return convertThroughPng(tools, inputPath, outputPath, stripMetadata, quality);
-    }
-    const PathAlias input = PathAlias::forInput(inputPath);
-    const PathAlias output = PathAlias::forOutput(outputPath);
-    const auto jpegQuality = isJpeg(key) ? std::optional(quality) : std::nullopt;
-    const ChildResult result = runGhostscript(
-        ghostscriptTask(tools, *gs, ghostscriptArguments(epsDevice(key), output.path(), jpegQuality, input.path())));
-    if (!result.started) {
-        logLine(QStringLiteral("Failed to run direct Ghostscript for EPS: ") + result.launchError);
-        return false;
-    }
-    const QString said = decodedOutput(result.output, QStringLiteral("Unknown error"));
-    if (result.succeeded() && hasContent(output.path()) && !tellsOfDamage(said)) {
-        return output.settle();
-    }
-    logLine(QStringLiteral("Direct Ghostscript EPS conversion error: ") + said);
-    return false;
+    return key == u"webp" ? convertThroughPng(tools, *gs, inputPath, outputPath, quality)
+                          : runDevice(tools, *gs, inputPath, outputPath, key, quality);
 }
 
 }  // namespace sorvik

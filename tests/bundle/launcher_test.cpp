@@ -78,7 +78,8 @@ TEST_F(Launcher, CropsADrawingToItsBox) {
     const std::string out = path("o.png");
     for (const auto& [text, box] : std::vector<std::pair<std::string, std::string>>{
              {drawing(red + " showpage"), "208x83"},
-             {drawing(red), "208x83"},  // never shown, but whole
+             {drawing(red), "208x83"},                                                       // never shown, but whole
+             {drawing("gsave 9 dict begin /showpage {} def " + red + "\n%%EOF"), "208x83"},  // by its own word
              {"%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: (atend)\n" + red + " showpage\n%%BoundingBox: 100 200 150 220\n",
               "208x83"},
              {"%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 100 200 151 221\n%%HiResBoundingBox: 100.5 200.25 150.75 "

@@ -46,5 +46,12 @@ TEST(FindExtent, ReadsTheStructuringComments) {
     }
 }
 
+TEST(SaysItEnds, NearTheEndOnly) {
+    EXPECT_TRUE(saysItEnds("showpage\r%%EOF\r\n\x04"));
+    EXPECT_TRUE(saysItEnds("%%Trailer\nend"));
+    EXPECT_FALSE(saysItEnds("%%EOF\n" + std::string(2000, ' ')));
+    EXPECT_FALSE(saysItEnds("(%%EOF) show"));
+}
+
 }  // namespace
 }  // namespace sorvik::bundle

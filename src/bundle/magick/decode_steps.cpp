@@ -110,10 +110,14 @@ std::string prologue(const Raster& raster) {
            "0.5 setlinewidth gsave 1 setlinewidth";
 }
 
-/// Behind it: a text that is whole but never shows its page gets it shown.
-constexpr const char* epilogue =
-    "currentpagedevice /PageCount get 0 eq countdictstack sorvikstart 0 get eq and "
-    "vmstatus pop pop sorvikstart 1 get eq and grestore currentlinewidth 0.5 eq and {showpage} if";
+/// Behind it: a text that is whole but never shows its page gets it shown, whatever it made of the operator's name.
+std::string epilogue(bool ended) {
+    const std::string balance =
+        "countdictstack sorvikstart 0 get eq and vmstatus pop pop sorvikstart 1 get eq and "
+        "grestore currentlinewidth 0.5 eq and ";
+    return "currentpagedevice /PageCount get 0 eq " + (ended ? std::string() : balance) +
+           "{systemdict /showpage get exec} if";
+}
 
 struct PropertyRow {
     const char* name;   ///< as ImageMagick 7 has it from a camera's file
@@ -197,7 +201,8 @@ Raster rasterOf(const std::vector<std::string>& arguments, const std::optional<B
     return raster;
 }
 
-MagickInvocation postScriptRenderer(const Raster& raster, const std::string& input, const std::string& output) {
+MagickInvocation postScriptRenderer(const Raster& raster, bool ended, const std::string& input,
+                                    const std::string& output) {
     MagickInvocation renderer{postScriptProgram, {postScriptProgram}};
     auto& vector = renderer.arguments;
     vector.insert(vector.end(), {"-q", "-sstdout=%stderr", "-dSAFER", "-dBATCH", "-dNOPAUSE", "-dNOPROMPT", "-dNOEPS",
@@ -207,7 +212,7 @@ MagickInvocation postScriptRenderer(const Raster& raster, const std::string& inp
         vector.push_back("-g" + std::to_string(raster.width) + "x" + std::to_string(raster.height));
         vector.emplace_back("-dFIXEDMEDIA");
     }
-    vector.insert(vector.end(), {"-sOutputFile=" + output, "-c", prologue(raster), "-f", input, "-c", epilogue});
+    vector.insert(vector.end(), {"-sOutputFile=" + output, "-c", prologue(raster), "-f", input, "-c", epilogue(ended)});
     return renderer;
 }
 

@@ -53,8 +53,9 @@ struct Raster {
 /// Ghostscript, fenced in, which writes a PNG of the drawing with transparency to `output`. It writes none,
 /// and ends well all the same, when the text ends before its drawing does: what a file that is whole
 /// leaves as it found it, the depths of its dictionaries and of its states, is then out of balance. (By
-/// itself the interpreter shows whatever stands on the page at the end of an EPS.)
-[[nodiscard]] MagickInvocation postScriptRenderer(const Raster& raster, const std::string& input,
+/// itself the interpreter shows whatever stands on the page at the end of an EPS.) A text that is known to have
+/// `ended` is not looked at in that way: there are careless ones.
+[[nodiscard]] MagickInvocation postScriptRenderer(const Raster& raster, bool ended, const std::string& input,
                                                   const std::string& output);
 
 /// The vector for ImageMagick 6 once its input lies decoded at `input`. With `svgPicture` it writes that PNG in

@@ -39,6 +39,7 @@ std::string readPart(std::ifstream& file, std::uint64_t offset, std::uint64_t le
 struct Source {
     PostScriptSection section;
     Extent extent;
+    bool ended = false;
     std::uint64_t fileSize = 0;
 
     [[nodiscard]] bool cutOff() const { return !section.complete || extent.missing; }
@@ -61,8 +62,9 @@ std::optional<Source> lookAtSource(const std::string& path) {
     source.section = *section;
     if (section->complete) {
         const std::uint64_t part = std::min(partLength, section->length);
-        source.extent = findExtent(readPart(file, section->offset, part),
-                                   readPart(file, section->offset + section->length - part, part));
+        const std::string tail = readPart(file, section->offset + section->length - part, part);
+        source.extent = findExtent(readPart(file, section->offset, part), tail);
+        source.ended = saysItEnds(tail);
     }
     return source;
 }
@@ -108,7 +110,7 @@ int renderPostScript(const std::vector<std::string>& arguments, const std::strin
             return fail("the PostScript could not be copied");
         }
     }
-    if (runTool(postScriptRenderer(raster, text, output), false) != 0) {
+    if (runTool(postScriptRenderer(raster, source.ended, text, output), false) != 0) {
         return fail("the PostScript could not be interpreted");
     }
     switch (lookAtPage(output)) {

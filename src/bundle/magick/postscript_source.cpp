@@ -1,5 +1,6 @@
 #include "bundle/magick/postscript_source.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -134,6 +135,18 @@ Extent findExtent(std::string_view head, std::string_view tail) {
         }
     }
     return {std::nullopt, promised};
+}
+
+bool saysItEnds(std::string_view tail) {
+    constexpr std::size_t searched = 1024;  // nobody writes much behind it
+    tail.remove_prefix(tail.size() - std::min(tail.size(), searched));
+    while (!tail.empty()) {
+        const std::string_view line = takeLine(tail);
+        if (line.starts_with("%%EOF") || line.starts_with("%%Trailer")) {
+            return true;
+        }
+    }
+    return false;
 }
 
 }  // namespace sorvik::bundle

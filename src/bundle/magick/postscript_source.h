@@ -39,4 +39,7 @@ struct Extent {
 /// bytes. Boxes without an area count as none. Source: Adobe's Document Structuring Conventions 3.0.
 [[nodiscard]] Extent findExtent(std::string_view head, std::string_view tail);
 
+/// Whether the last bytes of a text say that it ends here.
+[[nodiscard]] bool saysItEnds(std::string_view tail);
+
 }  // namespace sorvik::bundle

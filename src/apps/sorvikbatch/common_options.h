@@ -3,7 +3,7 @@
 #include <QString>
 #include <QStringList>
 
-namespace CLI {
+namespace CLI {  // NOLINT(readability-identifier-naming): the library's own name
 class App;
 }
 

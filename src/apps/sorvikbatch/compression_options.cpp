@@ -4,8 +4,6 @@
 
 #include <string>
 
-#include "apps/sorvikbatch/common_options.h"
-
 namespace sorvik {
 namespace {
 

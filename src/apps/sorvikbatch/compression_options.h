@@ -5,11 +5,8 @@
 #include <array>
 #include <optional>
 
+#include "apps/sorvikbatch/common_options.h"
 #include "core/app_settings.h"
-
-namespace CLI {
-class App;
-}
 
 namespace sorvik {
 

@@ -38,13 +38,15 @@ int orientationIn(const fs::path& file) {
 VImage stored(const fs::path& file) { return withoutProfile(VImage::new_from_file(file.c_str()).copy_memory()); }
 
 void saveStripped(const fs::path& from, const fs::path& to) {
-    VImage bare = withoutProfile(VImage::new_from_file(from.c_str()));
-    for (const std::string& field : bare.get_fields()) {  // webpsave keeps what it is told to strip
-        if (field.starts_with("exif") || field == "orientation") {
-            bare.remove(field.c_str());
-        }
-    }
+    // webpsave keeps what it is told to strip: only pixels without fields are bare.
+    const VImage pixels = VImage::new_from_file(from.c_str()).copy_memory();
+    std::size_t size = 0;
+    void* samples = pixels.write_to_memory(&size);
+    const VImage bare =
+        VImage::new_from_memory(samples, size, pixels.width(), pixels.height(), pixels.bands(), pixels.format())
+            .copy(VImage::option()->set("interpretation", pixels.interpretation()));
     bare.write_to_file(to.c_str(), VImage::option()->set("strip", true));
+    g_free(samples);
 }
 
 /// A photograph in Display P3, lying on its side.

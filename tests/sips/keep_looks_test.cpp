@@ -78,11 +78,11 @@ TEST(KeepLooks, OrientationAndProfileComeBackAlone) {
         keepLooks(from, to);
         EXPECT_EQ(likeness(stored(to), before), 100);
         EXPECT_EQ(profileSize(to), profileSize(from));
-        EXPECT_EQ(orientationIn(to), 6);
-        EXPECT_GT(likeness(read(to), read(from)), 35);
+        EXPECT_GT(likeness(stored(to), stored(from)), 35);
         EXPECT_EQ(folder.entries(), 2U);
         const auto image = Exiv2::ImageFactory::open(to.string());
         image->readMetadata();
+        EXPECT_EQ(image->exifData()["Exif.Image.Orientation"].toString(), "6");
         EXPECT_EQ(image->exifData().findKey(Exiv2::ExifKey("Exif.Image.Model")), image->exifData().end());
 
         const std::string once = contentsOf(to);

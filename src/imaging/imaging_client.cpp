@@ -72,9 +72,7 @@ QStringList frameArguments(const Picture& frame, const QString& toolFormat, bool
     if (jpegQuality) {
         options += option("formatOptions", QString::number(static_cast<int>(*jpegQuality * 100.0)));
     }
-    if (stripMetadata) {
-        options += option("stripMetadata", QStringLiteral("yes"));
-    }
+    options += colorOptions(Colors::asTheyAre, stripMetadata ? Metadata::stripped : Metadata::kept);
     return job(options, frame.path, destination);
 }
 

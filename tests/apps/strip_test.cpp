@@ -26,9 +26,10 @@ int orientationIn(const QString& path) {
 /// Peak signal to noise in dB, the file on white as it stands; 100 for equal pixels, 0 for other sizes.
 double likeness(const QString& path, const QString& reference) {
     QProcess process;
-    process.start(text("/usr/bin/convert"), {path + text("[0]"), text("-background"), text("white"), text("-alpha"),
-                                             text("remove"), reference, text("-metric"), text("PSNR"), text("-compare"),
-                                             text("-format"), text("%[distortion]"), text("info:")});
+    process.start(text("/usr/bin/convert"),
+                  {path + text("[0]"), text("-background"), text("white"), text("-alpha"), text("remove"),
+                   text("-colorspace"), text("sRGB"), reference, text("-metric"), text("PSNR"), text("-compare"),
+                   text("-format"), text("%[distortion]"), text("info:")});
     process.waitForFinished(120000);
     const QString found = QString::fromUtf8(process.readAllStandardOutput()).trimmed();
     return found == u"inf" ? 100 : found.toDouble();

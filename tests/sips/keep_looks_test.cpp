@@ -38,13 +38,21 @@ int orientationIn(const fs::path& file) {
 VImage stored(const fs::path& file) { return withoutProfile(VImage::new_from_file(file.c_str()).copy_memory()); }
 
 void saveStripped(const fs::path& from, const fs::path& to) {
-    VImage bare = withoutProfile(VImage::new_from_file(from.c_str()));
-    for (const std::string& field : bare.get_fields()) {  // webpsave keeps what it is told to strip
-        if (field.starts_with("exif") || field == "orientation") {
-            bare.remove(field.c_str());
-        }
-    }
+    // webpsave keeps what it is told to strip: only pixels without fields are bare.
+    const VImage pixels = VImage::new_from_file(from.c_str()).copy_memory();
+    std::size_t size = 0;
+    void* samples = pixels.write_to_memory(&size);
+    const VImage bare =
+        VImage::new_from_memory(samples, size, pixels.width(), pixels.height(), pixels.bands(), pixels.format())
+            .copy(VImage::option()->set("interpretation", pixels.interpretation()));
     bare.write_to_file(to.c_str(), VImage::option()->set("strip", true));
+    g_free(samples);
+    if (to.extension() == ".webp") {  // webpsave writes EXIF whatever it is told
+        const auto image = Exiv2::ImageFactory::open(to.string());
+        image->readMetadata();
+        image->clearExifData();
+        image->writeMetadata();
+    }
 }
 
 /// A photograph in Display P3, lying on its side.
@@ -76,11 +84,13 @@ TEST(KeepLooks, OrientationAndProfileComeBackAlone) {
         keepLooks(from, to);
         EXPECT_EQ(likeness(stored(to), before), 100);
         EXPECT_EQ(profileSize(to), profileSize(from));
-        EXPECT_EQ(orientationIn(to), 6);
-        EXPECT_GT(likeness(read(to), read(from)), 35);
+        EXPECT_GT(likeness(stored(to), stored(from)), 35);
         EXPECT_EQ(folder.entries(), 2U);
         const auto image = Exiv2::ImageFactory::open(to.string());
         image->readMetadata();
+        // A TIFF that says how it lies is believed.
+        const char* expected = to.extension() == ".tif" ? "1" : "6";
+        EXPECT_EQ(image->exifData()["Exif.Image.Orientation"].toString(), expected);
         EXPECT_EQ(image->exifData().findKey(Exiv2::ExifKey("Exif.Image.Model")), image->exifData().end());
 
         const std::string once = contentsOf(to);

@@ -32,7 +32,7 @@ TEST(ImagingVectors, AreWhole) {
 TEST(PictureFacts, OnlyTheToolsOwnLineIsTaken) {
     const auto facts =
         parsePictureFacts(text("kind=jpeg width=4000 height=3000 pages=1 orientation=6 alpha=no whole=yes"));
-    EXPECT_EQ(facts, (PictureFacts{text("jpeg"), 4000, 3000, 1, 6, true}));
+    EXPECT_EQ(facts, (PictureFacts{text("jpeg"), 4000, 3000, 1, 6, false, true}));
     for (const char* line : {
              "",
              "kind=jpeg width=4000 height=3000 pages=1 orientation=6 alpha=no whole=yes\n",

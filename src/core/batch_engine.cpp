@@ -22,13 +22,16 @@ QByteArray SystemBatchEngine::convertAI(const QString& path, ImageFormat format,
     return converter_.convertAI(path, format, quality);
 }
 
-bool SystemBatchEngine::compress(ImageFormat format, const QString& inputPath, const QString& outputPath,
+void SystemBatchEngine::compress(ImageFormat format, const QString& inputPath, const QString& outputPath,
                                  double value) {
-    return compressPicture(ProcessConfigCache::shared(), format, inputPath, outputPath, value);
+    compressPicture(ProcessConfigCache::shared(), format, inputPath, outputPath, value);
 }
 
-bool SystemBatchEngine::replaceFile(const QString& originalPath, const QString& newContentPath) {
-    return sorvik::replaceFile(originalPath, newContentPath);
+void SystemBatchEngine::replaceFile(const QString& originalPath, const QString& newContentPath) {
+    QString reason;
+    if (!sorvik::replaceFile(originalPath, newContentPath, Replacer::imageConverter, &reason)) {
+        throw ConversionError(reason);
+    }
 }
 
 bool SystemBatchEngine::hasSignature(const QByteArray& bytes, ImageFormat format) {

@@ -22,12 +22,12 @@ public:
     virtual QByteArray convertAI(const QString& path, ImageFormat format, double quality) = 0;
 
     /// The compression recipe of a format, from one file to another, never to itself; the value is on the recipe's
-    /// own scale (0 to 100, or a level). The result was opened again and shows the same picture. False when there
-    /// is none.
-    virtual bool compress(ImageFormat format, const QString& inputPath, const QString& outputPath, double value) = 0;
+    /// own scale (0 to 100, or a level). The result was opened again and shows the same picture. Throws
+    /// ConversionError when there is none.
+    virtual void compress(ImageFormat format, const QString& inputPath, const QString& outputPath, double value) = 0;
 
-    /// Puts new content in the place of a file, which stands behind a backup meanwhile.
-    virtual bool replaceFile(const QString& originalPath, const QString& newContentPath) = 0;
+    /// Puts new content in the place of a file, which stands behind a backup meanwhile. Throws ConversionError.
+    virtual void replaceFile(const QString& originalPath, const QString& newContentPath) = 0;
 
     /// Whether bytes begin as their format does.
     virtual bool hasSignature(const QByteArray& bytes, ImageFormat format) = 0;
@@ -46,8 +46,8 @@ public:
     QByteArray convertFile(const QString& path, ImageFormat format, bool stripMetadata, double quality) override;
     QByteArray convertEPS(const QString& path, ImageFormat format, bool stripMetadata, double quality) override;
     QByteArray convertAI(const QString& path, ImageFormat format, double quality) override;
-    bool compress(ImageFormat format, const QString& inputPath, const QString& outputPath, double value) override;
-    bool replaceFile(const QString& originalPath, const QString& newContentPath) override;
+    void compress(ImageFormat format, const QString& inputPath, const QString& outputPath, double value) override;
+    void replaceFile(const QString& originalPath, const QString& newContentPath) override;
     bool hasSignature(const QByteArray& bytes, ImageFormat format) override;
     bool isValidImageFile(const QString& path, ImageFormat format) override;
     void clearResultCache() override;

@@ -34,9 +34,7 @@ void place(BatchEngine& engine, const CompressJob& job, const FileIdentity& sour
         throw ConversionError(Refusal::changedMeanwhile);
     }
     if (fileIdentity(job.outputPath) == source) {
-        if (!engine.replaceFile(job.outputPath, compressed)) {
-            throw ConversionError();
-        }
+        engine.replaceFile(job.outputPath, compressed);
     } else if (const auto error = moveFile(compressed, job.outputPath)) {
         throw ConversionError(error->description);
     }
@@ -55,9 +53,7 @@ QString checkCompression(const CompressJob& job) {
 std::int64_t compressFile(BatchEngine& engine, const CompressJob& job) {
     const FileIdentity source = identityOrThrow(job.sourcePath);
     const CompressedTempFile compressed(job.format);
-    if (!engine.compress(job.format, job.sourcePath, compressed.path(), job.value)) {
-        throw ConversionError();
-    }
+    engine.compress(job.format, job.sourcePath, compressed.path(), job.value);
     checkSignature(engine, compressed.path(), job.format);  // before it takes the place of a good file
     place(engine, job, source, compressed.path());
     checkSignature(engine, job.outputPath, job.format);

@@ -1,6 +1,7 @@
 #include "core/finish_conversion.h"
 
 #include "core/compressed_temp_file.h"
+#include "platform/log.h"
 
 namespace sorvik {
 namespace {
@@ -27,7 +28,10 @@ void checkFile(BatchEngine& engine, const QString& path, ImageFormat format) {
 /// without a result leaves the output as it is.
 bool compressInPlace(BatchEngine& engine, const FinishJob& job, double value) {
     const CompressedTempFile compressed(job.format);
-    if (!engine.compress(job.format, job.outputPath, compressed.path(), value)) {
+    try {
+        engine.compress(job.format, job.outputPath, compressed.path(), value);
+    } catch (const ConversionError& error) {
+        logLine(QStringLiteral("Compression left out for %1: %2").arg(job.outputPath, error.description()));
         return false;
     }
     checkFile(engine, compressed.path(), job.format);  // before it takes the place of a good file

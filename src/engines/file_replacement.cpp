@@ -49,6 +49,12 @@ bool restore(Replacer replacer, const QString& original, const QString& backup, 
     return true;
 }
 
+void tell(const QString& words, QString* reason) {
+    if (reason != nullptr) {
+        *reason = words;
+    }
+}
+
 }  // namespace
 
 QString backupPath(const QString& originalPath) {
@@ -58,7 +64,7 @@ QString backupPath(const QString& originalPath) {
     return folder.toString() + shortened(name, longestFileName - addition.size()) + addition;
 }
 
-bool replaceFile(const QString& originalPath, const QString& newContentPath, Replacer replacer) {
+bool replaceFile(const QString& originalPath, const QString& newContentPath, Replacer replacer, QString* reason) {
     if (!QFileInfo::exists(originalPath)) {
         logLine(prefix(replacer) + QStringLiteral("Original file does not exist: ") + originalPath);
         return false;
@@ -74,9 +80,11 @@ bool replaceFile(const QString& originalPath, const QString& newContentPath, Rep
     if (const auto error = moveFile(original, backup)) {
         logLine(prefix(replacer) + QStringLiteral("Failed to create backup before file replacement: ") +
                 error->description);
+        tell(error->description, reason);
         return false;
     }
     if (const auto failure = placeContent(original, newContentPath, backup)) {
+        tell(*failure, reason);
         if (!restore(replacer, original, backup, *failure)) {
             note.keep();
         }

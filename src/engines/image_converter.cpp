@@ -1,7 +1,6 @@
 #include "engines/image_converter.h"
 
 #include <QFile>
-#include <QStorageInfo>
 #include <QtEndian>
 
 #include <algorithm>
@@ -17,6 +16,7 @@
 #include "engines/image_magick_recipes.h"
 #include "engines/metadata_strip.h"
 #include "engines/sips_converter.h"
+#include "engines/tool_failure.h"
 #include "platform/files.h"
 #include "platform/log.h"
 #include "services/performance_instrumentation.h"
@@ -55,7 +55,6 @@ constexpr std::array<QStringView, 10> cameraRawExtensions{u"raw", u"cr2", u"cr3"
 
 constexpr double imageMagickQuality = 0.85;
 constexpr double systemToolQuality = 0.0;  // not read: the tool runs without a quality
-constexpr qint64 fullDisk = 1 << 20;       // bytes left; below it a failed write is the likely cause
 
 const QString tempPrefix = QStringLiteral("sorvik_imageconverter");
 
@@ -71,15 +70,6 @@ public:
 private:
     OperationTracker tracker_;
 };
-
-/// The failure of a tool that says nothing about its cause: a full disk is found out here.
-ConversionError toolFailure() {
-    const QStorageInfo volume(SharedTempFileManager::shared().tempDirectory());
-    if (volume.isValid() && volume.bytesAvailable() < fullDisk) {
-        return ConversionError(QStringLiteral("No space left on device"));
-    }
-    return ConversionError();
-}
 
 /// The bytes that a file recipe leaves in a temporary output.
 template <typename Recipe>

@@ -4,6 +4,7 @@
 #include "engines/conversion_error.h"
 #include "engines/pdf_compression.h"
 #include "engines/sips_converter.h"
+#include "engines/tool_failure.h"
 #include "imaging/imaging_client.h"
 #include "imaging/picture_facts.h"
 #include "platform/files.h"
@@ -149,16 +150,14 @@ bool compressPlain(const Surroundings& surroundings, ProcessConfigCache& tools, 
 
 }  // namespace
 
-bool compressPicture(ProcessConfigCache& tools, ImageFormat format, const QString& inputPath, const QString& outputPath,
+void compressPicture(ProcessConfigCache& tools, ImageFormat format, const QString& inputPath, const QString& outputPath,
                      double value) {
     const Surroundings surroundings(tools);
     const PictureFacts facts = surroundings.sourceFacts(inputPath, format);
-    switch (format) {
-        case ImageFormat::heic:
-        case ImageFormat::avif:
-            return compressHeif(surroundings, tools, facts, {format, inputPath, outputPath, value});
-        default:
-            return compressPlain(surroundings, tools, facts, {format, inputPath, outputPath, value});
+    const bool heif = format == ImageFormat::heic || format == ImageFormat::avif;
+    const auto compress = heif ? &compressHeif : &compressPlain;
+    if (!compress(surroundings, tools, facts, {format, inputPath, outputPath, value})) {
+        throw toolFailure();
     }
 }
 

@@ -9,9 +9,9 @@ namespace sorvik {
 
 /// Shrinks a picture by its format's recipe, from one file to another that nobody else uses yet. `value` is on the
 /// recipe's own scale: 0 to 100, or a level for PNG and GIF. The result was opened again: it is whole, of the same
-/// kind, size in pixels and number of pages as the input. False when the recipe gave nothing or something else; throws
-/// ConversionError when the cause is known. Blocks.
-[[nodiscard]] bool compressPicture(ProcessConfigCache& tools, ImageFormat format, const QString& inputPath,
-                                   const QString& outputPath, double value);
+/// kind, size in pixels and number of pages as the input, and lies and looks as it does. Throws ConversionError.
+/// Blocks.
+void compressPicture(ProcessConfigCache& tools, ImageFormat format, const QString& inputPath, const QString& outputPath,
+                     double value);
 
 }  // namespace sorvik

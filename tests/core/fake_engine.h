@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <QFile>
 #include <QThread>
 
@@ -20,7 +22,7 @@ public:
     /// Called in the pool for each conversion, with the source's name; may block or throw.
     std::function<void(const QString& name)> onConvert;
 
-    /// The recipe: absent means that there is none.
+    /// The recipe: false, or its absence, means that there is no result.
     std::function<bool(const QString& input, const QString& output, double value)> onCompress;
 
     std::atomic<int> conversions = 0;
@@ -46,13 +48,15 @@ public:
     QByteArray convertEPS(const QString&, ImageFormat, bool, double) override { return "from EPS"; }
     QByteArray convertAI(const QString&, ImageFormat, double) override { return "from AI"; }
 
-    bool compress(ImageFormat, const QString& input, const QString& output, double value) override {
-        return onCompress && onCompress(input, output, value);
+    void compress(ImageFormat, const QString& input, const QString& output, double value) override {
+        if (!onCompress || !onCompress(input, output, value)) {
+            throw ConversionError();
+        }
     }
 
-    bool replaceFile(const QString& originalPath, const QString& newContentPath) override {
+    void replaceFile(const QString& originalPath, const QString& newContentPath) override {
         ++replacements;
-        return sorvik::replaceFile(originalPath, newContentPath);
+        EXPECT_TRUE(sorvik::replaceFile(originalPath, newContentPath));
     }
 
     bool hasSignature(const QByteArray& bytes, ImageFormat) override { return !bytes.endsWith("junk.jpg"); }

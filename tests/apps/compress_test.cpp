@@ -1,6 +1,9 @@
 // The real program compressing real pictures.
 
+#include <QDir>
+
 #include "batch_run.h"
+#include "pictures.h"
 
 namespace sorvik {
 namespace {
@@ -8,6 +11,72 @@ namespace {
 QString text(const char* literal) { return QString::fromUtf8(literal); }
 
 class Compress : public BatchTest {};
+
+/// Frames or pages, by another program's reading.
+QString pagesOf(const QString& path) {
+    if (path.endsWith(text(".pdf"))) {
+        return toolOutput(text("/usr/bin/gs"), {text("-q"), text("-dNODISPLAY"), text("-dNOSAFER"), text("-c"),
+                                                text("(%1) (r) file runpdfbegin pdfpagecount = quit").arg(path)});
+    }
+    return toolOutput(text("/usr/bin/identify"), {text("-format"), text("%n "), path}).section(u' ', 0, 0);
+}
+
+class EveryRecipe : public BatchTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(EveryRecipe, KeepsEverySampleThePictureThatItIs) {
+    const QString kind = text(GetParam());
+    const QStringList damaged{text("truncated_jpeg.jpg"), text("testimgl.jpg")};
+    const QDir samples(text(SORVIK_TEST_DATA "/") + kind);
+    QStringList sources;
+    for (const QString& name : samples.entryList(QDir::Files)) {
+        if (!name.endsWith(text(".avifs"))) {
+            sources << bring(kind + u'/' + name);
+        }
+    }
+    const BatchRun batch =
+        run(QStringList{text("compress"), text("--json"), text("--compression-suffix"), text("_c")} + sources);
+    for (const QString& source : sources) {
+        const QString name = QFileInfo(source).fileName();
+        const QString output = batch.row(name)[text("outputPath")].toString();
+        SCOPED_TRACE(name.toStdString());
+        if (damaged.contains(name)) {
+            EXPECT_EQ(batch.error(name),
+                      text("Compression failed: This file format is not supported or the file may be "
+                           "corrupted."));
+            continue;
+        }
+        EXPECT_EQ(batch.error(name), QString());
+        EXPECT_EQ(pagesOf(output), pagesOf(source));
+        if (kind != text("pdf")) {
+            EXPECT_EQ(sizeOf(output), sizeOf(source));
+            EXPECT_GE(likeness(output + text("[0]"), source + text("[0]")), kind == text("png") ? 200 : 30);
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, EveryRecipe, testing::Values("avif", "gif", "jpeg", "pdf", "png", "tiff", "webp"),
+                         [](const auto& kind) { return std::string(kind.param); });
+
+TEST_F(Compress, KeepsAPictureUprightAndInItsColors) {
+    bring(text("jpeg/orientation/Landscape_6.jpg"), text("a.jpg"));
+    bring(text("jpeg/Canon_40D.jpg"), text("b.jpg"));
+    ASSERT_EQ(run({text("compress"), text("--compression-suffix"), text("_c"), text("a.jpg"), text("b.jpg")}).status,
+              0);
+    const auto tag = [&](const char* option, const char* name) {
+        return toolOutput(text("/usr/bin/exiftool"), {text("-n"), text("-s3"), text(option), path(text(name))});
+    };
+    EXPECT_EQ(tag("-Orientation", "a_c.jpg"), text("6"));
+    EXPECT_EQ(tag("-ExifIFD:all", "a_c.jpg"), QString()) << "and nothing else of it";
+    EXPECT_EQ(tag("-EXIF:all", "b_c.jpg"), QString()) << "what lies upright keeps nothing";
+}
+
+TEST_F(Compress, AJpegOfLowQualityDoesNotGrow) {
+    const QString source = bring(text("jpeg/DSCN0010.jpg"), text("a.jpg"));
+    ASSERT_EQ(QProcess::execute(text("/usr/bin/convert"), {source, text("-quality"), text("40"), source}), 0);
+    const BatchRun batch = run({text("compress"), text("--json"), text("--compression-suffix"), text("_c"), source});
+    EXPECT_LE(batch.row(text("a.jpg"))[text("outputSize")].toInteger(), QFileInfo(source).size());
+    EXPECT_GT(likeness(path(text("a_c.jpg")), source), 200) << "without loss";
+}
 
 TEST_F(Compress, RefusesWhatItCannotTake) {
     bring(text("heic/rgb.heif"));

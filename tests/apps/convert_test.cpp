@@ -15,6 +15,7 @@
 #include "core/vocabulary/formats.h"
 #include "core/vocabulary/path_names.h"
 #include "core/vocabulary/refusals.h"
+#include "pictures.h"
 
 namespace sorvik {
 namespace {
@@ -46,37 +47,6 @@ QStringList samples(const char* kind) {
         found << text(kind) + text("/orientation/") + name;
     }
     return found;
-}
-
-/// "width height" by another program's reading; of a PDF in points.
-QString sizeOf(const QString& path) {
-    if (path.endsWith(text(".pdf"))) {
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        static const QRegularExpression mediaBox(text("/MediaBox \\[0 0 (\\d+) (\\d+)\\]"));
-        const auto match = mediaBox.match(QString::fromLatin1(file.readAll()));
-        return match.captured(1) + u' ' + match.captured(2);
-    }
-    return toolOutput(text("/usr/bin/identify"), {text("-format"), text("%w %h"), path + text("[0]")});
-}
-
-/// Peak signal to noise of two files in dB, transparency on white; infinite for equal pixels.
-double likeness(const QString& path, const QString& reference) {
-    const auto flat = [](const QString& each) {
-        return QStringList{
-            text("("),      each,        text("-background"), text("white"), text("-alpha"), text("remove"),
-            text("-alpha"), text("off"), text("-colorspace"), text("sRGB"),  text("-depth"), text("8"),
-            text(")")};
-    };
-    QProcess compare;
-    compare.start(text("/usr/bin/compare"), QStringList{text("-metric"), text("PSNR")} + flat(path) + flat(reference) +
-                                                QStringList{text("null:")});
-    compare.waitForFinished(60000);
-    // Warnings about tags come before the figure.
-    const QString figure = QString::fromUtf8(compare.readAllStandardError()).trimmed().section(u'\n', -1);
-    static const QRegularExpression number(text("(inf|[0-9.]+)$"));
-    const QString decibels = number.match(figure).captured(1);
-    return decibels == text("inf") ? std::numeric_limits<double>::infinity() : decibels.toDouble();
 }
 
 /// The size that all results of a source must have, by another program's reading or by hand.

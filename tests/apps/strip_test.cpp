@@ -3,6 +3,7 @@
 #include <array>
 
 #include "batch_run.h"
+#include "pictures.h"
 
 namespace sorvik {
 namespace {
@@ -21,18 +22,6 @@ QString metadataIn(const QString& path) {
 int orientationIn(const QString& path) {
     const QString found = toolOutput(text("/usr/bin/exiftool"), {text("-n"), text("-s3"), text("-Orientation"), path});
     return found.isEmpty() ? 1 : found.toInt();
-}
-
-/// Peak signal to noise in dB, the file on white as it stands; 100 for equal pixels, 0 for other sizes.
-double likeness(const QString& path, const QString& reference) {
-    QProcess process;
-    process.start(text("/usr/bin/convert"),
-                  {path + text("[0]"), text("-background"), text("white"), text("-alpha"), text("remove"),
-                   text("-colorspace"), text("sRGB"), reference, text("-metric"), text("PSNR"), text("-compare"),
-                   text("-format"), text("%[distortion]"), text("info:")});
-    process.waitForFinished(120000);
-    const QString found = QString::fromUtf8(process.readAllStandardOutput()).trimmed();
-    return found == u"inf" ? 100 : found.toDouble();
 }
 
 class StripMetadata : public BatchTest {

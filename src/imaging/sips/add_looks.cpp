@@ -181,12 +181,16 @@ Buffer pngWithLooks(Bytes png, const Looks& lacking) {
     codecs::BufferSink result;
     result.write(png.first(header->end));
     codecs::writePngMetadata(result, layoutOf(header->data), added, true);
+    result.write(lacking.calibration);
     std::size_t at = header->end;
     while (const auto chunk = codecs::readChunk(png, at)) {
         if (chunk->type == codecs::chunkType("IDAT")) {
             break;
         }
-        if (lacking.icc.empty() || chunk->type != codecs::chunkType("sRGB")) {
+        const bool contradicts = chunk->type == codecs::chunkType("sRGB") || chunk->type == codecs::chunkType("gAMA") ||
+                                 chunk->type == codecs::chunkType("cHRM");
+        const bool colorsAdded = !lacking.icc.empty() || !lacking.calibration.empty();
+        if (!colorsAdded || !contradicts) {
             result.write(png.subspan(at, chunk->end - at));
         }
         at = chunk->end;

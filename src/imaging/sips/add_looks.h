@@ -14,7 +14,7 @@ namespace sorvik::sips {
 /// Segments behind the start marker and JFIF (Exif 2.32, 4.7; ICC.1:2010, B.4).
 [[nodiscard]] std::vector<std::byte> jpegWithLooks(std::span<const std::byte> jpeg, const Looks& lacking);
 
-/// Chunks behind IHDR; an sRGB chunk, which would contradict a profile, goes.
+/// Chunks behind IHDR; an sRGB, gAMA or cHRM chunk that would contradict what is added goes.
 [[nodiscard]] std::vector<std::byte> pngWithLooks(std::span<const std::byte> png, const Looks& lacking);
 
 /// Each page gets what it lacks of the page of the same number of the TIFF `original`; one that lacks

@@ -1,6 +1,10 @@
 #include "imaging/sips/looks.h"
 
+#include <bit>
+
 #include "codecs/little_endian.h"
+#include "codecs/png_chunks.h"
+#include "imaging/sips/byte_reader.h"
 #include "imaging/sips/icc_profile.h"
 #include "imaging/sips/jpeg_decoder.h"
 #include "imaging/sips/limits.h"
@@ -17,7 +21,8 @@ using Bytes = std::span<const std::byte>;
 constexpr std::uint16_t orientationTag = 274;
 
 Looks looksIn(const codecs::PixelLayout& layout, const codecs::PictureMetadata& metadata, int channels) {
-    return {layout.width, layout.height, channels, orientationOf(metadata.exif), !metadata.exif.empty(), metadata.icc};
+    return {layout.width,           layout.height, channels, orientationOf(metadata.exif),
+            !metadata.exif.empty(), metadata.icc,  {}};
 }
 
 Looks jpegLooks(Bytes bytes) {
@@ -25,9 +30,36 @@ Looks jpegLooks(Bytes bytes) {
     return looksIn(decoder.layout(), decoder.metadata(), decoder.components());
 }
 
+/// Nothing where a profile or the sRGB chunk says more (PNG, 4.2: iCCP before sRGB before these), or where they say
+/// no more than sRGB.
+std::vector<std::byte> pngCalibration(Bytes bytes) {
+    constexpr std::uint32_t srgbGamma = 45455;  // in 100,000ths
+    std::vector<std::byte> calibration;
+    bool linearised = false;
+    std::size_t at = codecs::pngSignature.size();
+    for (auto chunk = codecs::readChunk(bytes, at); chunk; chunk = codecs::readChunk(bytes, at)) {
+        if (chunk->type == codecs::chunkType("IDAT")) {
+            break;
+        }
+        if (chunk->type == codecs::chunkType("iCCP") || chunk->type == codecs::chunkType("sRGB")) {
+            return {};
+        }
+        const bool gamma = chunk->type == codecs::chunkType("gAMA");
+        if (gamma || chunk->type == codecs::chunkType("cHRM")) {
+            const Bytes whole = bytes.subspan(at, chunk->end - at);
+            calibration.insert(calibration.end(), whole.begin(), whole.end());
+            linearised |= gamma && ByteReader(chunk->data, std::endian::big).u32(0) != srgbGamma;
+        }
+        at = chunk->end;
+    }
+    return linearised ? calibration : std::vector<std::byte>();
+}
+
 Looks pngLooks(Bytes bytes) {
     const PngDecoder decoder(bytes);
-    return looksIn(decoder.layout(), decoder.metadata(), decoder.layout().channels < 3 ? 1 : 3);
+    Looks looks = looksIn(decoder.layout(), decoder.metadata(), decoder.layout().channels < 3 ? 1 : 3);
+    looks.calibration = pngCalibration(bytes);
+    return looks;
 }
 
 Looks webpLooks(Bytes bytes) {
@@ -73,7 +105,7 @@ Looks tiffLooks(Bytes bytes, const TiffDirectory& directory) {
     constexpr std::uint16_t photometricTag = 262;
     constexpr std::uint16_t profileTag = 34675;
     const auto number = [&](std::uint16_t tag) { return firstNumber(bytes, directory, tag); };
-    Looks looks{number(widthTag), number(heightTag), tiffChannels(number(photometricTag)), 1, false, {}};
+    Looks looks{number(widthTag), number(heightTag), tiffChannels(number(photometricTag)), 1, false, {}, {}};
     if (const std::uint64_t orientation = number(orientationTag); orientation >= 1 && orientation <= 8) {
         looks.orientation = static_cast<int>(orientation);
         looks.oriented = true;
@@ -114,10 +146,15 @@ Looks lackingLooks(const Looks& original, const Looks& kept) {
     if (sameChannels && kept.icc.empty() && !isSrgbProfile(original.icc)) {
         lacking.icc = original.icc;
     }
+    if (original.channels == kept.channels && kept.icc.empty() && kept.calibration.empty()) {
+        lacking.calibration = original.calibration;
+    }
     return lacking;
 }
 
-bool lacksAny(const Looks& lacking) { return lacking.orientation != 1 || !lacking.icc.empty(); }
+bool lacksAny(const Looks& lacking) {
+    return lacking.orientation != 1 || !lacking.icc.empty() || !lacking.calibration.empty();
+}
 
 std::vector<std::byte> exifOfOrientation(int orientation) {
     constexpr std::uint32_t shortType = 3;

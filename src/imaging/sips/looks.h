@@ -19,6 +19,9 @@ struct Looks {
     int orientation = 1;         ///< of EXIF or TIFF
     bool oriented = false;       ///< has an EXIF block (a TIFF: the tag), whatever that says
     std::vector<std::byte> icc;  ///< empty without a profile
+
+    /// The gAMA and cHRM chunks of a PNG as they stand, which say what its samples mean where no profile does.
+    std::vector<std::byte> calibration{};
 };
 
 /// The looks of the first picture of a JPEG, PNG, WebP or TIFF, by its header; absent for other kinds.
@@ -29,7 +32,7 @@ struct Looks {
 [[nodiscard]] Looks tiffLooks(std::span<const std::byte> bytes, const TiffDirectory& directory);
 
 /// What `kept` lacks of the looks of `original` although its pixels are still the same kind: its
-/// orientation is 1 and its profile empty where nothing is lacking. sRGB is never lacking.
+/// orientation is 1, its profile and its calibration are empty where nothing is lacking. sRGB is never lacking.
 [[nodiscard]] Looks lackingLooks(const Looks& original, const Looks& kept);
 
 /// Whether anything is lacking.

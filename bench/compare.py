@@ -364,7 +364,7 @@ def main():
             measure_icons(options.program, scratch, make_icons(scratch / "icons", originals[0], 200), options.rounds)
         if "compress" in options.parts:
             print("Compress mode beside a loop of the same vectors")
-            for kind in COMPRESSIONS:
+            for kind in (kind for kind in COMPRESSIONS if kind.target.name in options.targets):
                 measure_compression(options.program, scratch, sources, kind, options.rounds)
         if "busy" in options.parts:
             print("Conversion with compression after it")

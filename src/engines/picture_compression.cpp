@@ -48,10 +48,10 @@ bool runRecipe(ProcessConfigCache& tools, ImageFormat format, const QString& inp
     Q_UNREACHABLE();
 }
 
-/// What stands around a recipe, by jobs of the imaging tool.
-class Surroundings {
+/// What has to be done around a recipe, as jobs of the imaging tool.
+class ImagingJobs {
 public:
-    explicit Surroundings(const ProcessConfigCache& tools)
+    explicit ImagingJobs(const ProcessConfigCache& tools)
         : client_(tools.bundle().resource(QStringLiteral("sips")).value_or(QString())) {}
 
     /// Looks at the input. A tool that is given a damaged file ends well and makes another picture of it.
@@ -100,8 +100,8 @@ public:
     }
 
     /// Encodes an AVIF anew, now with the transparency that ImageMagick 6 leaves out: it would come out black.
-    [[nodiscard]] bool addAlpha(const QString& pixels, const QString& result) const {
-        return client_.run(imaging::carryMetadataArguments(pixels, result)).finished();
+    [[nodiscard]] bool addAlpha(const QString& pixels, const QString& result, double quality) const {
+        return client_.run(imaging::carryMetadataArguments(pixels, result, static_cast<int>(quality))).finished();
     }
 
     /// A picture that lies on its side or has other colours is another one.
@@ -123,40 +123,40 @@ struct Job {
 
 /// ImageMagick 6 sees neither the profile nor the transparency in these containers, nor every depth: the recipe reads a
 /// copy that our own decoder has made.
-bool compressHeif(const Surroundings& surroundings, ProcessConfigCache& tools, const PictureFacts& facts,
+bool compressHeif(const ImagingJobs& imagingJobs, ProcessConfigCache& tools, const PictureFacts& facts,
                   const Job& job) {
     const TempFile pixels(tempPrefix, QStringLiteral("png"));
-    if (!surroundings.copyPixels(job.input, pixels.path()) ||
+    if (!imagingJobs.copyPixels(job.input, pixels.path()) ||
         !runRecipe(tools, job.format, pixels.path(), job.output, job.value)) {
         return false;
     }
     const bool alphaIsLost = job.format == ImageFormat::avif && facts.alpha;
-    return (!alphaIsLost || surroundings.addAlpha(pixels.path(), job.output)) &&
-           surroundings.isSamePicture(facts, job.output);
+    return (!alphaIsLost || imagingJobs.addAlpha(pixels.path(), job.output, job.value)) &&
+           imagingJobs.isSamePicture(facts, job.output);
 }
 
-bool compressPlain(const Surroundings& surroundings, ProcessConfigCache& tools, const PictureFacts& facts,
+bool compressPlain(const ImagingJobs& imagingJobs, ProcessConfigCache& tools, const PictureFacts& facts,
                    const Job& job) {
     if (!runRecipe(tools, job.format, job.input, job.output, job.value)) {
         return false;
     }
     if (job.format == ImageFormat::jpeg) {
-        surroundings.avoidGrowth(job.input, job.output);
+        imagingJobs.avoidGrowth(job.input, job.output);
     }
     const bool looksCanBeLost = job.format != ImageFormat::pdf && job.format != ImageFormat::gif;
-    return (!looksCanBeLost || surroundings.keepLooks(job.input, job.output)) &&
-           surroundings.isSamePicture(facts, job.output);
+    return (!looksCanBeLost || imagingJobs.keepLooks(job.input, job.output)) &&
+           imagingJobs.isSamePicture(facts, job.output);
 }
 
 }  // namespace
 
 void compressPicture(ProcessConfigCache& tools, ImageFormat format, const QString& inputPath, const QString& outputPath,
                      double value) {
-    const Surroundings surroundings(tools);
-    const PictureFacts facts = surroundings.sourceFacts(inputPath, format);
+    const ImagingJobs imagingJobs(tools);
+    const PictureFacts facts = imagingJobs.sourceFacts(inputPath, format);
     const bool heif = format == ImageFormat::heic || format == ImageFormat::avif;
     const auto compress = heif ? &compressHeif : &compressPlain;
-    if (!compress(surroundings, tools, facts, {format, inputPath, outputPath, value})) {
+    if (!compress(imagingJobs, tools, facts, {format, inputPath, outputPath, value})) {
         throw toolFailure();
     }
 }

@@ -76,8 +76,12 @@ QStringList frameArguments(const Picture& frame, const QString& toolFormat, bool
     return job(options, frame.path, destination);
 }
 
-QStringList carryMetadataArguments(const QString& intermediate, const QString& finished) {
-    return {QStringLiteral("--carry-metadata"), intermediate, finished};
+QStringList carryMetadataArguments(const QString& intermediate, const QString& finished, std::optional<int> quality) {
+    QStringList arguments{QStringLiteral("--carry-metadata"), intermediate, finished};
+    if (quality) {
+        arguments << QString::number(*quality);
+    }
+    return arguments;
 }
 
 QStringList keepLooksArguments(const QString& from, const QString& to) {

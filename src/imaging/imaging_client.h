@@ -65,8 +65,9 @@ enum class Metadata { kept, stripped };
                                          std::optional<double> jpegQuality, const QString& destination);
 
 /// Puts what a finished file lacks of its intermediate picture back into it: metadata, and the transparency
-/// of an AVIF, which is then encoded anew.
-[[nodiscard]] QStringList carryMetadataArguments(const QString& intermediate, const QString& finished);
+/// of an AVIF, which is then encoded anew: at `quality`, 0 to 100, or that of a conversion.
+[[nodiscard]] QStringList carryMetadataArguments(const QString& intermediate, const QString& finished,
+                                                 std::optional<int> quality = std::nullopt);
 
 /// Gives a picture whose metadata were all dropped back what decides how it looks: the orientation, and a
 /// profile that is not sRGB. `to` is replaced at once or stays as it is.

@@ -91,7 +91,7 @@ QString BatchFront::resultPath(const FileItem& shown) {
     if (!shown.outputFormat) {
         return {};
     }
-    return isCompressing() ? composeOutputName(shown.path(), *shown.outputFormat, false, true, nameAffixes(&settings_))
+    return isCompressing() ? compressedPath(shown.path(), *shown.outputFormat, settings_)
                            : outputPath(shown.path(), *shown.outputFormat, &settings_, engine_.hasImageMagick());
 }
 

@@ -8,9 +8,9 @@ namespace sorvik {
 namespace {
 
 struct QualityRow {
-    const char* option;
-    const char* help;
-    QProperty<double> AppSettings::*setting;
+    const char* option = nullptr;
+    const char* help = nullptr;
+    QProperty<double> AppSettings::*setting = nullptr;
     int lowest = 1;  // the tools take a quality of 0 for none given
     int highest = 100;
     int defaultValue = 85;
@@ -53,9 +53,9 @@ void describeCompression(CLI::App& command, CompressionOptions& options) {
     describeText(command, "--compression-prefix", options.prefix, "Put before the name of each compressed result");
     describeText(command, "--compression-suffix", options.suffix,
                  "Put behind the name of each compressed result, before the extension");
-    for (std::size_t index = 0; index < qualityRows.size(); ++index) {
-        const QualityRow& row = qualityRows[index];
-        const auto take = [&row, &quality = options.qualities[index]](const std::string& word) {
+    auto* quality = options.qualities.begin();
+    for (const QualityRow& row : qualityRows) {
+        const auto take = [&row, &quality = *quality++](const std::string& word) {
             quality = parsedQuality(row, word);
         };
         const std::string help = range(row) + ", " + std::to_string(row.defaultValue) + " if not given: " + row.help;

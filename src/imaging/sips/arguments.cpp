@@ -112,26 +112,31 @@ ConvertRequest convertRequest(std::span<const std::string_view> arguments) {
     return request;
 }
 
-// The jobs besides conversion: a word and the paths behind it.
+// The jobs besides conversion: a word, the paths behind it, and what more may follow.
 struct JobRow {
     std::string_view word;
     std::size_t paths;
+    std::size_t optional;
     const char* usage;
-    Request (*make)(std::span<const std::string_view> paths);
+    Request (*make)(std::span<const std::string_view> words);
 };
 
+std::optional<int> qualityAt(std::span<const std::string_view> words, std::size_t index) {
+    return index < words.size() ? std::optional(numberWithin("QUALITY", words[index], 0, 100)) : std::nullopt;
+}
+
 constexpr std::array jobs = {
-    JobRow{"--carry-metadata", 2, "usage: sips --carry-metadata FROM TO",
+    JobRow{"--carry-metadata", 2, 1, "usage: sips --carry-metadata FROM TO [QUALITY]",
            [](std::span<const std::string_view> p) -> Request {
-               return CarryRequest{std::string(p[0]), std::string(p[1])};
+               return CarryRequest{std::string(p[0]), std::string(p[1]), qualityAt(p, 2)};
            }},
-    JobRow{"--describe", 1, "usage: sips --describe FILE",
+    JobRow{"--describe", 1, 0, "usage: sips --describe FILE",
            [](std::span<const std::string_view> p) -> Request { return DescribeRequest{std::string(p[0])}; }},
-    JobRow{"--keep-looks", 2, "usage: sips --keep-looks FROM TO",
+    JobRow{"--keep-looks", 2, 0, "usage: sips --keep-looks FROM TO",
            [](std::span<const std::string_view> p) -> Request {
                return KeepLooksRequest{std::string(p[0]), std::string(p[1])};
            }},
-    JobRow{"--recode-jpeg", 2, "usage: sips --recode-jpeg FROM TO",
+    JobRow{"--recode-jpeg", 2, 0, "usage: sips --recode-jpeg FROM TO",
            [](std::span<const std::string_view> p) -> Request {
                return RecodeRequest{std::string(p[0]), std::string(p[1])};
            }},
@@ -144,11 +149,11 @@ Request parseArguments(std::span<const std::string_view> arguments) {
     if (job == jobs.end()) {
         return convertRequest(arguments);
     }
-    const auto paths = arguments.subspan(1);
-    if (paths.size() != job->paths) {
+    const auto words = arguments.subspan(1);
+    if (words.size() < job->paths || words.size() > job->paths + job->optional) {
         refuse(job->usage);
     }
-    return job->make(paths);
+    return job->make(words);
 }
 
 }  // namespace sorvik::sips

@@ -57,10 +57,11 @@ struct ConvertRequest {
     std::vector<int> iconSizes;  ///< sides in pixels; not empty: OUTPUT.<side> each, instead of OUTPUT
 };
 
-/// sips --carry-metadata FROM TO
+/// sips --carry-metadata FROM TO [QUALITY]
 struct CarryRequest {
     std::string from;
     std::string to;
+    std::optional<int> quality{};  ///< 0 to 100, where an AVIF has to be encoded anew
 };
 
 /// sips --describe FILE

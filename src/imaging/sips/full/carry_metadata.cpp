@@ -71,12 +71,13 @@ codecs::PictureMetadata carriedFrom(const codecs::IntermediatePng& png) {
     return metadata;
 }
 
-void encodeAvif(const std::string& path, const codecs::IntermediatePng& png, const codecs::PictureMetadata& metadata) {
+void encodeAvif(const CarryRequest& request, const codecs::IntermediatePng& png,
+                const codecs::PictureMetadata& metadata) {
     const codecs::PixelLayout layout = fitted(png.layout(), true, false);
     requireDecodable({layout.width, layout.height, layout.bytesPerPixel()}, Decoding::whole);
-    ReplacementFile replacement(path);
+    ReplacementFile replacement(request.to);
     codecs::FileSink sink(replacement.descriptor());
-    const auto writer = makeHeifWriter(HeifCodec::av1, sink, layout, metadata, std::nullopt);
+    const auto writer = makeHeifWriter(HeifCodec::av1, sink, layout, metadata, request.quality);
     FittingWriter fitting(*writer, png.layout(), layout);
     forEachRow(png, [&](const std::vector<std::byte>& row) {
         fitting.writeRows(row.data(), row.size(), 1);
@@ -104,7 +105,7 @@ Status carryMetadata(const CarryRequest& request) {
         if (alphaStays) {
             replaceWith(request.to, avifWithMetadata(to.bytes(), metadata));
         } else {
-            encodeAvif(request.to, *png, metadata);
+            encodeAvif(request, *png, metadata);
         }
     } else {
         throw Failure(Status::failed, "metadata can't be put into this kind of file");

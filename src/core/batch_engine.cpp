@@ -2,7 +2,6 @@
 
 #include "engines/file_replacement.h"
 #include "engines/image_signature.h"
-#include "engines/picture_compression.h"
 #include "engines/process_config_cache.h"
 #include "engines/result_cache.h"
 
@@ -22,9 +21,9 @@ QByteArray SystemBatchEngine::convertAI(const QString& path, ImageFormat format,
     return converter_.convertAI(path, format, quality);
 }
 
-void SystemBatchEngine::compress(ImageFormat format, const QString& inputPath, const QString& outputPath,
-                                 double value) {
-    compressPicture(ProcessConfigCache::shared(), format, inputPath, outputPath, value);
+void SystemBatchEngine::compress(ImageFormat format, const QString& inputPath, const QString& outputPath, double value,
+                                 CompressedFor purpose) {
+    compressPicture(ProcessConfigCache::shared(), format, inputPath, outputPath, value, purpose);
 }
 
 void SystemBatchEngine::replaceFile(const QString& originalPath, const QString& newContentPath) {

@@ -5,6 +5,7 @@
 
 #include "core/vocabulary/formats.h"
 #include "engines/image_converter.h"
+#include "engines/picture_compression.h"
 
 namespace sorvik {
 
@@ -24,7 +25,8 @@ public:
     /// The compression recipe of a format, from one file to another, never to itself; the value is on the recipe's
     /// own scale (0 to 100, or a level). The result was opened again and shows the same picture. Throws
     /// ConversionError when there is none.
-    virtual void compress(ImageFormat format, const QString& inputPath, const QString& outputPath, double value) = 0;
+    virtual void compress(ImageFormat format, const QString& inputPath, const QString& outputPath, double value,
+                          CompressedFor purpose) = 0;
 
     /// Puts new content in the place of a file, which stands behind a backup meanwhile. Throws ConversionError.
     virtual void replaceFile(const QString& originalPath, const QString& newContentPath) = 0;
@@ -46,7 +48,8 @@ public:
     QByteArray convertFile(const QString& path, ImageFormat format, bool stripMetadata, double quality) override;
     QByteArray convertEPS(const QString& path, ImageFormat format, bool stripMetadata, double quality) override;
     QByteArray convertAI(const QString& path, ImageFormat format, double quality) override;
-    void compress(ImageFormat format, const QString& inputPath, const QString& outputPath, double value) override;
+    void compress(ImageFormat format, const QString& inputPath, const QString& outputPath, double value,
+                  CompressedFor purpose) override;
     void replaceFile(const QString& originalPath, const QString& newContentPath) override;
     bool hasSignature(const QByteArray& bytes, ImageFormat format) override;
     bool isValidImageFile(const QString& path, ImageFormat format) override;

@@ -44,8 +44,8 @@ void place(BatchEngine& engine, const CompressJob& job, const FileIdentity& sour
 
 QString checkCompression(const CompressJob& job) {
     throwIf(checkSource(job.sourcePath));
-    throwIf(checkDestination(job.outputPath));
     const QString standing = QFileInfo(job.outputPath).canonicalFilePath();
+    throwIf(checkDestination(standing.isEmpty() ? job.outputPath : standing));
     const QString folder = QDir(parentDirectory(job.outputPath)).canonicalPath();
     return standing.isEmpty() ? folder + u'/' + fileName(job.outputPath).toString() : standing;
 }
@@ -53,7 +53,9 @@ QString checkCompression(const CompressJob& job) {
 std::int64_t compressFile(BatchEngine& engine, const CompressJob& job) {
     const FileIdentity source = identityOrThrow(job.sourcePath);
     const CompressedTempFile compressed(job.format);
-    engine.compress(job.format, job.sourcePath, compressed.path(), job.value);
+    const bool inPlace = fileIdentity(job.outputPath) == source;
+    engine.compress(job.format, job.sourcePath, compressed.path(), job.value,
+                    inPlace ? CompressedFor::replacement : CompressedFor::itself);
     checkSignature(engine, compressed.path(), job.format);  // before it takes the place of a good file
     place(engine, job, source, compressed.path());
     checkSignature(engine, job.outputPath, job.format);

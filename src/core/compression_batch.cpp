@@ -37,11 +37,11 @@ std::optional<QString> CompressionBatch::summary(int succeeded, int failed, bool
 }
 
 QCoro::Task<std::optional<ConversionError>> CompressionBatch::process(WorkItem work) {
+    showStatus(work, ConversionStatus::compressing);
     const std::optional<CompressJob> job = makeJob(work.item);
     if (!job) {
         co_return ConversionError();
     }
-    showStatus(work, ConversionStatus::compressing);
     const QFuture<Attempt<QString>> checking = startChecking(*job);
     const Attempt<QString> checked = co_await checking;
     if (const auto* error = std::get_if<ConversionError>(&checked)) {

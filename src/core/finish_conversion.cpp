@@ -29,7 +29,7 @@ void checkFile(BatchEngine& engine, const QString& path, ImageFormat format) {
 bool compressInPlace(BatchEngine& engine, const FinishJob& job, double value) {
     const CompressedTempFile compressed(job.format);
     try {
-        engine.compress(job.format, job.outputPath, compressed.path(), value);
+        engine.compress(job.format, job.outputPath, compressed.path(), value, CompressedFor::itself);
     } catch (const ConversionError& error) {
         logLine(QStringLiteral("Compression left out for %1: %2").arg(job.outputPath, error.description()));
         return false;

@@ -34,8 +34,8 @@ bool runRecipe(ProcessConfigCache& tools, const char* format, const QString& inp
     const PathAlias input = PathAlias::forInput(paths->input);
     const PathAlias output = PathAlias::forOutput(paths->output);
     task->arguments = arguments(input.path(), output.path());
-    return runMagickTask(*task, output.path(), QLatin1StringView(format) + QStringLiteral(" Compression")) &&
-           output.settle();
+    const QString context = QLatin1StringView(format) + QStringLiteral(" Compression");
+    return magickOutcome(*task, output.path(), context) == MagickOutcome::done && output.settle();
 }
 
 }  // namespace

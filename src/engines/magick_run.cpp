@@ -15,6 +15,16 @@ namespace {
 constexpr std::array fileTroubles{"no such file or directory", "unable to open image", "not a valid file",
                                   "permission denied"};
 
+// What libjpeg says of coded data that are cut off or overwritten; the tool then ends with 0 and a grey picture.
+constexpr std::array damages{"premature end of jpeg file", "premature end of data segment", "bad huffman code",
+                             "bad arithmetic code", "corrupt jpeg data: found marker"};
+
+template <typename Phrases>
+bool holdsAny(const QString& text, const Phrases& phrases) {
+    return std::ranges::any_of(
+        phrases, [&](const char* phrase) { return text.contains(QLatin1StringView(phrase), Qt::CaseInsensitive); });
+}
+
 }  // namespace
 
 bool hasContent(const QString& path) {
@@ -22,11 +32,7 @@ bool hasContent(const QString& path) {
     return file.exists() && file.size() > 0;
 }
 
-bool blamesTheFile(const QString& toolOutput) {
-    return std::ranges::any_of(fileTroubles, [&](const char* phrase) {
-        return toolOutput.contains(QLatin1StringView(phrase), Qt::CaseInsensitive);
-    });
-}
+bool blamesTheFile(const QString& toolOutput) { return holdsAny(toolOutput, fileTroubles); }
 
 QString decodedOutput(const QByteArray& output, const QString& fallback) {
     // The kept tail may begin inside a character: its continuation bytes are not the tool's fault.
@@ -47,10 +53,10 @@ MagickOutcome magickOutcome(const ChildSetup& task, const QString& outputPath, c
         logLine(context + QStringLiteral(" failed: ") + userMessage(result.launchError));
         return MagickOutcome::failed;
     }
-    if (result.succeeded() && hasContent(outputPath)) {
-        return MagickOutcome::done;
-    }
     const QString output = decodedOutput(result.output, QStringLiteral("Unknown output"));
+    if (result.succeeded() && hasContent(outputPath)) {
+        return holdsAny(output, damages) ? MagickOutcome::doneWithDamage : MagickOutcome::done;
+    }
     if (!blamesTheFile(output)) {
         logLine(context + QStringLiteral(": ") + output);
     }
@@ -58,7 +64,8 @@ MagickOutcome magickOutcome(const ChildSetup& task, const QString& outputPath, c
 }
 
 bool runMagickTask(const ChildSetup& task, const QString& outputPath, const QString& context) {
-    return magickOutcome(task, outputPath, context) == MagickOutcome::done;
+    const MagickOutcome outcome = magickOutcome(task, outputPath, context);
+    return outcome == MagickOutcome::done || outcome == MagickOutcome::doneWithDamage;
 }
 
 }  // namespace sorvik

@@ -12,6 +12,7 @@ namespace sorvik {
 
 enum class MagickOutcome {
     done,
+    doneWithDamage,  ///< there is a file, and the tool said that data of the source's picture were missing
     failed,
     sourceRefused,  ///< the bundled launcher found the source cut off, empty or too large: no other tool would do
                     ///< better

@@ -1,5 +1,7 @@
 #include "engines/pdf_compression.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 #include <array>
 
@@ -57,18 +59,20 @@ void logPlaces(const ProcessConfigCache& tools) {
 bool succeeded(const ChildResult& child, const QString& outputPath) {
     logStep(QStringLiteral("Ghostscript process started, waiting for completion..."));
     logStep(QStringLiteral("Ghostscript process finished"));
-    const bool exists = hasContent(outputPath);
+    const bool exists = QFileInfo::exists(outputPath);
     logStep(QStringLiteral("Process terminated with status: %1").arg(child.exitStatus));
     logStep(QStringLiteral("Output file exists: ") + truth(exists));
     if (exists) {
         logStep(QStringLiteral("Output file size: %1 bytes").arg(fileSize(outputPath).value_or(0)));
     }
-    if (child.succeeded() && exists) {
+    // It ends well for a page that it could not draw.
+    const QString said = decodedOutput(child.output, QStringLiteral("Unknown output"));
+    if (child.succeeded() && hasContent(outputPath) && !tellsOfDamage(said)) {
         logStep(QStringLiteral("=== COMPRESSION SUCCEEDED ==="));
         return true;
     }
     logStep(QStringLiteral("=== COMPRESSION FAILED ==="));
-    logStep(QStringLiteral("Process output/error: ") + decodedOutput(child.output, QStringLiteral("Unknown output")));
+    logStep(QStringLiteral("Process output/error: ") + said);
     return false;
 }
 

@@ -1,5 +1,8 @@
 #include "engines/picture_compression.h"
 
+#include <future>
+#include <optional>
+
 #include "engines/compression_recipes.h"
 #include "engines/conversion_error.h"
 #include "engines/pdf_compression.h"
@@ -14,12 +17,10 @@
 namespace sorvik {
 namespace {
 
+using imaging::PictureDescription;
 using imaging::PictureFacts;
 
 const QString tempPrefix = QStringLiteral("sorvik_compressed");
-
-/// What the classification of failures takes for a damaged file.
-ConversionError damaged() { return ConversionError(QStringLiteral("not a valid picture")); }
 
 bool runRecipe(ProcessConfigCache& tools, ImageFormat format, const QString& input, const QString& output,
                double value) {
@@ -54,29 +55,8 @@ public:
     explicit ImagingJobs(const ProcessConfigCache& tools)
         : client_(tools.bundle().resource(QStringLiteral("sips")).value_or(QString())) {}
 
-    /// Looks at the input. A tool that is given a damaged file ends well and makes another picture of it.
-    [[nodiscard]] PictureFacts sourceFacts(const QString& path, ImageFormat format) const {
-        const auto description = imaging::describePicture(client_, path);
-        const auto& facts = description.facts;
-        if (!facts && description.status != codecs::SipsStatus::failed) {
-            throw conversionError(description.status);
-        }
-        if (!facts || !facts->whole || facts->kind != rawValue(format).toLower()) {
-            throw damaged();
-        }
-        return *facts;
-    }
-
-    /// Whether what was made shows all that was there.
-    [[nodiscard]] bool isSamePicture(const PictureFacts& source, const QString& result) const {
-        const auto facts = imaging::describePicture(client_, result).facts;
-        const bool same = facts && facts->whole && facts->kind == source.kind && facts->width == source.width &&
-                          facts->height == source.height && facts->pages == source.pages &&
-                          facts->alpha == source.alpha;
-        if (!same) {
-            logLine(QStringLiteral("[Compression] The result is not the same picture: ") + result);
-        }
-        return same;
+    [[nodiscard]] PictureDescription describe(const QString& path) const {
+        return imaging::describePicture(client_, path);
     }
 
     /// A JPEG of low quality comes out larger when it is encoded at a higher one. Nothing is gained then but bytes:
@@ -86,30 +66,32 @@ public:
             return;
         }
         const TempFile recoded(tempPrefix, QStringLiteral("jpg"));
-        if (client_.run(imaging::recodeArguments(source, recoded.path())).finished() &&
-            fileSize(recoded.path()) < fileSize(result) && moveFile(recoded.path(), result)) {
+        if (run(imaging::recodeArguments(source, recoded.path())) && fileSize(recoded.path()) < fileSize(result) &&
+            moveFile(recoded.path(), result)) {
             logLine(QStringLiteral("[Compression] The smaller lossless copy could not be used for ") + result);
         }
     }
 
     /// An upright sRGB copy for a recipe to read.
     [[nodiscard]] bool copyPixels(const QString& source, const QString& copy) const {
-        return client_
-            .run(imaging::intermediateArguments({source}, copy, imaging::Colors::sRGB, imaging::Metadata::stripped))
-            .finished();
+        return run(imaging::intermediateArguments({source}, copy, imaging::Colors::sRGB, imaging::Metadata::stripped));
     }
 
     /// Encodes an AVIF anew, now with the transparency that ImageMagick 6 leaves out: it would come out black.
-    [[nodiscard]] bool addAlpha(const QString& pixels, const QString& result, double quality) const {
-        return client_.run(imaging::carryMetadataArguments(pixels, result, static_cast<int>(quality))).finished();
+    [[nodiscard]] bool keepAlpha(const QString& source, const QString& result, double quality) const {
+        const TempFile pixels(tempPrefix, QStringLiteral("png"));
+        return copyPixels(source, pixels.path()) &&
+               run(imaging::carryMetadataArguments(pixels.path(), result, static_cast<int>(quality)));
     }
 
     /// A picture that lies on its side or has other colours is another one.
     [[nodiscard]] bool keepLooks(const QString& source, const QString& result) const {
-        return client_.run(imaging::keepLooksArguments(source, result)).finished();
+        return run(imaging::keepLooksArguments(source, result));
     }
 
 private:
+    [[nodiscard]] bool run(const QStringList& arguments) const { return client_.run(arguments).finished(); }
+
     imaging::ImagingClient client_;
 };
 
@@ -123,20 +105,13 @@ struct Job {
 
 /// ImageMagick 6 sees neither the profile nor the transparency in these containers, nor every depth: the recipe reads a
 /// copy that our own decoder has made.
-bool compressHeif(const ImagingJobs& imagingJobs, ProcessConfigCache& tools, const PictureFacts& facts,
-                  const Job& job) {
+bool compressHeif(const ImagingJobs& imagingJobs, ProcessConfigCache& tools, const Job& job) {
     const TempFile pixels(tempPrefix, QStringLiteral("png"));
-    if (!imagingJobs.copyPixels(job.input, pixels.path()) ||
-        !runRecipe(tools, job.format, pixels.path(), job.output, job.value)) {
-        return false;
-    }
-    const bool alphaIsLost = job.format == ImageFormat::avif && facts.alpha;
-    return (!alphaIsLost || imagingJobs.addAlpha(pixels.path(), job.output, job.value)) &&
-           imagingJobs.isSamePicture(facts, job.output);
+    return imagingJobs.copyPixels(job.input, pixels.path()) &&
+           runRecipe(tools, job.format, pixels.path(), job.output, job.value);
 }
 
-bool compressPlain(const ImagingJobs& imagingJobs, ProcessConfigCache& tools, const PictureFacts& facts,
-                   const Job& job) {
+bool compressPlain(const ImagingJobs& imagingJobs, ProcessConfigCache& tools, const Job& job) {
     if (!runRecipe(tools, job.format, job.input, job.output, job.value)) {
         return false;
     }
@@ -144,19 +119,54 @@ bool compressPlain(const ImagingJobs& imagingJobs, ProcessConfigCache& tools, co
         imagingJobs.avoidGrowth(job.input, job.output);
     }
     const bool looksCanBeLost = job.format != ImageFormat::pdf && job.format != ImageFormat::gif;
-    return (!looksCanBeLost || imagingJobs.keepLooks(job.input, job.output)) &&
-           imagingJobs.isSamePicture(facts, job.output);
+    return !looksCanBeLost || imagingJobs.keepLooks(job.input, job.output);
+}
+
+/// Throws for a source that must not be compressed. A tool that is given a damaged file ends well and makes another
+/// picture of it, and one that knows no animation keeps a single frame.
+PictureFacts acceptedSource(const PictureDescription& description, ImageFormat format, CompressedFor purpose) {
+    const auto& facts = description.facts;
+    if (!facts && description.status != codecs::SipsStatus::failed) {
+        throw conversionError(description.status);
+    }
+    if (!facts || !facts->whole || facts->kind != rawValue(format).toLower()) {
+        throw ConversionError(QStringLiteral("not a valid picture"));  // the classification's words for damage
+    }
+    const bool stillsOnly = format == ImageFormat::png || format == ImageFormat::avif || format == ImageFormat::heic;
+    if (stillsOnly && facts->pages > 1) {
+        throw ConversionError(Refusal::framesWouldBeLost);
+    }
+    if (facts->extras && purpose == CompressedFor::replacement) {
+        throw ConversionError(Refusal::documentWouldLose);
+    }
+    return *facts;
+}
+
+/// Whether what was made shows all that was there. The pages of a PDF may come out turned.
+bool isSamePicture(const PictureFacts& source, const std::optional<PictureFacts>& result) {
+    const bool sameSize =
+        result && (source.kind == u"pdf" || (result->width == source.width && result->height == source.height));
+    return sameSize && result->whole && result->kind == source.kind && result->pages == source.pages &&
+           result->alpha == source.alpha;
 }
 
 }  // namespace
 
 void compressPicture(ProcessConfigCache& tools, ImageFormat format, const QString& inputPath, const QString& outputPath,
-                     double value) {
+                     double value, CompressedFor purpose) {
     const ImagingJobs imagingJobs(tools);
-    const PictureFacts facts = imagingJobs.sourceFacts(inputPath, format);
+    // The recipe runs meanwhile: most sources are what they should be.
+    auto looking = std::async(std::launch::async, [&] { return imagingJobs.describe(inputPath); });
     const bool heif = format == ImageFormat::heic || format == ImageFormat::avif;
     const auto compress = heif ? &compressHeif : &compressPlain;
-    if (!compress(imagingJobs, tools, facts, {format, inputPath, outputPath, value})) {
+    const bool done = compress(imagingJobs, tools, {format, inputPath, outputPath, value});
+    const PictureFacts source = acceptedSource(looking.get(), format, purpose);
+    const bool alphaIsLost = format == ImageFormat::avif && source.alpha;
+    if (!done || (alphaIsLost && !imagingJobs.keepAlpha(inputPath, outputPath, value))) {
+        throw toolFailure();
+    }
+    if (!isSamePicture(source, imagingJobs.describe(outputPath).facts)) {
+        logLine(QStringLiteral("[Compression] The result is not the same picture: ") + outputPath);
         throw toolFailure();
     }
 }

@@ -15,6 +15,7 @@
 #include <array>
 
 #include "core/vocabulary/indexed_table.h"
+#include "core/vocabulary/path_names.h"
 #include "platform/files.h"
 #include "platform/log.h"
 
@@ -87,7 +88,7 @@ void recoverNote(const QString& path) {
         if (replacement) {
             logRecovery(*replacement, recovery);
         }
-        if (recovery != Recovery::leftAlone || !stands(replacement->backup)) {
+        if (recovery != Recovery::leftAlone) {
             QFile::remove(path);
         }
     }
@@ -99,9 +100,13 @@ void recoverNote(const QString& path) {
 ReplacementNote::ReplacementNote(const Replacement& replacement) {
     const QString folder = replacementNotesFolder();
     QDir().mkpath(folder);
-    path_ = QStringLiteral("%1/%2.%3").arg(folder, QUuid::createUuid().toString(QUuid::WithoutBraces), noteExtension);
-    file_ = openNote(path_, O_WRONLY | O_CREAT | O_EXCL);
-    if (file_ < 0 || flock(file_, LOCK_EX | LOCK_NB) != 0 || !writeAll(file_, encoded(replacement))) {
+    // It gets the name under which a start looks for notes only when it is locked and written.
+    const QString name = folder + u'/' + QUuid::createUuid().toString(QUuid::WithoutBraces);
+    path_ = name + u'.' + noteExtension;
+    file_ = openNote(name, O_WRONLY | O_CREAT | O_EXCL);
+    if (file_ < 0 || flock(file_, LOCK_EX | LOCK_NB) != 0 || !writeAll(file_, encoded(replacement)) ||
+        !QFile::rename(name, path_)) {
+        QFile::remove(name);
         logLine(QStringLiteral("Warning: no note could be written about the replacement of ") + replacement.original);
     }
 }
@@ -117,8 +122,13 @@ ReplacementNote::~ReplacementNote() {
 }
 
 Recovery recover(const Replacement& replacement) {
+    const QString folder = parentDirectory(replacement.original);
+    if (!QFileInfo(folder).isDir()) {
+        return Recovery::leftAlone;  // its disk may come back
+    }
+    removeAbandonedFiles(folder);
     if (!stands(replacement.backup)) {
-        return stands(replacement.original) ? Recovery::notBegun : Recovery::leftAlone;
+        return Recovery::notBegun;
     }
     if (!stands(replacement.original)) {
         return moveFile(replacement.backup, replacement.original) ? Recovery::leftAlone : Recovery::restored;

@@ -39,14 +39,14 @@ private:
 
 /// What became of a replacement that was cut short.
 enum class Recovery {
-    notBegun,   ///< the original is in its place, and there is no backup
+    notBegun,   ///< there is no backup
     restored,   ///< the original was put back from its backup
     completed,  ///< the new content is in place, whole; the backup was removed
     leftAlone,  ///< something else stands in the original's place, or it can't be reached: the backup stays
 };
 
-/// Brings one such replacement to an end. A place that holds a file of another size than the new content's was
-/// taken by somebody else.
+/// Brings one such replacement to an end, and removes what killed processes have half written beside it. A place that
+/// holds a file of another size than the new content's was taken by somebody else.
 [[nodiscard]] Recovery recover(const Replacement& replacement);
 
 /// Goes through the notes of runs that were killed, recovers what they tell of, and logs each file by name. Notes

@@ -18,6 +18,7 @@ struct PictureFacts {
     int pages = 0;        ///< pages, frames, top-level pictures
     int orientation = 1;  ///< of EXIF or TIFF, 1 to 8; 1 where the container turns the picture (HEIC, AVIF)
     bool alpha = false;   ///< an opacity channel; told of HEIC and AVIF alone
+    bool extras = false;  ///< a PDF's forms, attachments, layers, signatures, restrictions
     bool whole = false;   ///< neither cut off nor damaged, as far as that can be told cheaply
     bool operator==(const PictureFacts&) const = default;
 };
@@ -32,8 +33,8 @@ struct PictureDescription {
 /// The vector of the tool.
 [[nodiscard]] QStringList describeArguments(const QString& path);
 
-/// What the tool printed, "kind=jpeg width=4000 height=3000 pages=1 orientation=6 alpha=no whole=yes"; absent for
-/// anything else.
+/// What the tool printed, "kind=jpeg width=4000 height=3000 pages=1 orientation=6 alpha=no extras=no whole=yes"; absent
+/// for anything else.
 [[nodiscard]] std::optional<PictureFacts> parsePictureFacts(const QString& line);
 
 /// Looks at a file in a process of its own. Any thread; blocks.

@@ -6,10 +6,7 @@
 namespace sorvik {
 namespace {
 
-std::optional<QString> verboseText(const QUrl& url) {
-    static VerboseTexts texts(ProcessConfigCache::shared());
-    return texts.text(url.toLocalFile());
-}
+std::optional<QString> verboseText(const QUrl& url) { return VerboseTexts::shared().text(url.toLocalFile()); }
 
 }  // namespace
 

@@ -34,6 +34,11 @@ Environment identifyEnvironment(const Environment& inherited, const QString& too
     return environment;
 }
 
+VerboseTexts& VerboseTexts::shared() {
+    static VerboseTexts texts(ProcessConfigCache::shared());
+    return texts;
+}
+
 std::optional<QString> VerboseTexts::text(const QString& path) {
     if (!isReadableFile(path)) {
         logLine(QStringLiteral("MetadataUtilities: File not found or not readable at ") + path);

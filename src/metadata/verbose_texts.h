@@ -15,6 +15,9 @@ namespace sorvik {
 /// that ask for one new path at a time both run the tool.
 class VerboseTexts {
 public:
+    /// The one of the program.
+    static VerboseTexts& shared();
+
     /// `tools` must outlive the object.
     explicit VerboseTexts(ProcessConfigCache& tools) : tools_(tools) {}
 

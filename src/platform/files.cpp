@@ -3,12 +3,16 @@
 #include "platform/replacement_file.h"
 #include "platform/system_words.h"
 
+#include <QDir>
+#include <QFile>
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <new>
 
 namespace sorvik {
@@ -156,7 +160,16 @@ int copy(const QByteArray& from, const QByteArray& to, const QByteArray& attribu
     if (const int error = copyContent(source, replacement); error != 0) {
         return error;
     }
+    adoptExtendedAttributes(replacement.file(), attributesOf);
     return replacement.commit();
+}
+
+/// Whether a process of this number has left a temporary file of this name.
+bool isAbandoned(const QString& name) {
+    const QString rest = name.sliced(QLatin1StringView(temporaryPrefix).size());
+    bool isNumber = false;
+    const int process = rest.first(std::max<qsizetype>(rest.indexOf(u'_'), 0)).toInt(&isNumber);
+    return isNumber && process > 0 && kill(process, 0) != 0 && errno == ESRCH;
 }
 
 }  // namespace
@@ -209,6 +222,16 @@ std::optional<FileError> copyFile(const QString& from, const QString& to, const 
     const std::optional<QByteArray> target = systemPath(to);
     const std::optional<QByteArray> model = systemPath(attributesOf);
     return outcome(source && target && model ? copy(*source, *target, *model) : EINVAL, to);
+}
+
+void removeAbandonedFiles(const QString& folder) {
+    const QDir directory(folder);
+    const QStringList names{QLatin1StringView(temporaryPrefix) + QStringLiteral("*_*")};
+    for (const QString& name : directory.entryList(names, QDir::Files | QDir::Hidden | QDir::NoSymLinks)) {
+        if (isAbandoned(name)) {
+            QFile::remove(directory.filePath(name));
+        }
+    }
 }
 
 std::optional<std::int64_t> fileSize(const QString& path, FileError* error) {

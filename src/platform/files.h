@@ -14,7 +14,7 @@ struct FileError {
     QString description;
 };
 
-/// Puts `bytes` at `path`, all of them or none: a hidden temporary file ".sorvik_..." in the same folder is
+/// Puts `bytes` at `path`, all of them or none: a hidden temporary file ".sorvik_<process>_..." in the same folder is
 /// written (every count checked), synced and renamed over the path, then the folder is synced. A
 /// reader sees the old content or the new one. Keeps the mode of a file that stands there and, where this
 /// process may, its owner and group; a new file gets 0666 less the umask. A path that is a link to a file
@@ -37,6 +37,10 @@ struct FileError {
 /// Copies a regular file to a name that is free, as moveFile() writes a copy: aside, synced, renamed. The copy gets the
 /// mode and, where this process may, the owner and group of the file at `attributesOf`, before anybody can see it.
 [[nodiscard]] std::optional<FileError> copyFile(const QString& from, const QString& to, const QString& attributesOf);
+
+/// Removes the hidden temporary files of the functions above from a folder that processes have left there which are
+/// gone. Best effort.
+void removeAbandonedFiles(const QString& folder);
 
 /// Size in bytes; absent with `error` set when the file's attributes can't be read.
 [[nodiscard]] std::optional<std::int64_t> fileSize(const QString& path, FileError* error = nullptr);

@@ -4,10 +4,12 @@
 #include <QRandomGenerator>
 
 #include <fcntl.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
+#include <vector>
 
 namespace sorvik {
 namespace {
@@ -108,6 +110,24 @@ void adoptAttributes(const Descriptor& file, const struct stat& model) {
     fchmod(file.number(), mode);  // file systems without modes refuse it
 }
 
+void adoptExtendedAttributes(const Descriptor& file, const QByteArray& model) {
+    constexpr std::size_t longest = 65536;  // of the names, and of a value
+    std::vector<char> names(longest);
+    const ssize_t length = listxattr(model.constData(), names.data(), names.size());
+    std::vector<char> value(longest);
+    for (ssize_t at = 0; at < length;) {
+        const QByteArray name(&names[static_cast<std::size_t>(at)]);
+        at += name.size() + 1;
+        if (!name.startsWith("user.") && name != "system.posix_acl_access") {
+            continue;
+        }
+        const ssize_t size = getxattr(model.constData(), name.constData(), value.data(), value.size());
+        if (size >= 0) {
+            fsetxattr(file.number(), name.constData(), value.data(), static_cast<std::size_t>(size), 0);
+        }
+    }
+}
+
 int Place::find(QByteArray path) {
     if (const int error = followLink(path); error != 0) {
         return error;
@@ -142,7 +162,8 @@ int ReplacementFile::create() {
     // Until a private file's own mode is given to its replacement nobody else reads along.
     const mode_t mode = place_.present ? 0600 : 0666;
     do {
-        temporaryName_ = ".sorvik_" + QByteArray::number(QRandomGenerator::global()->generate64(), 16);
+        temporaryName_ = temporaryPrefix + QByteArray::number(getpid()) + '_' +
+                         QByteArray::number(QRandomGenerator::global()->generate64(), 16);
         file_ = Descriptor(openat(place_.folder.number(), temporaryName_.constData(),
                                   O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
     } while (!file_.valid() && errno == EEXIST);

@@ -44,6 +44,12 @@ int syncFile(const Descriptor& file);
 /// Gives a file the mode of another and, as far as this process may, its owner and group.
 void adoptAttributes(const Descriptor& file, const struct stat& model);
 
+/// Gives a file the access list and the user's own attributes of another, where the file system has such.
+void adoptExtendedAttributes(const Descriptor& file, const QByteArray& model);
+
+/// What the name of every temporary file begins with; the number of its process and an underscore follow.
+inline constexpr const char* temporaryPrefix = ".sorvik_";
+
 /// A name in a folder at which a regular file may be put.
 struct Place {
     Descriptor folder;

@@ -70,6 +70,55 @@ TEST_F(Compress, KeepsAPictureUprightAndInItsColors) {
     EXPECT_EQ(tag("-EXIF:all", "b_c.jpg"), QString()) << "what lies upright keeps nothing";
 }
 
+TEST_F(Compress, LeavesAnOriginalThatWouldLoseSomething) {
+    // Frames that the tool would drop, coded data that are overwritten, a document's attachment.
+    bring(text("avif/star.avifs"), text("moving.avif"));
+    bring(text("pdf/optipng.man.pdf"), text("plain.pdf"));
+    QFile photo(bring(text("jpeg/iptc.jpg"), text("damaged.jpg")));
+    ASSERT_TRUE(photo.open(QIODevice::ReadWrite));
+    photo.seek(photo.size() / 2);
+    photo.write(QByteArray(64, '\xFE'));
+    photo.close();
+    write(text("more.ps"),
+          "[ /_objdef {s} /type /stream /OBJ pdfmark [ {s} (attached) /PUT pdfmark [ {s} << /Type "
+          "/EmbeddedFile >> /PUT pdfmark [ /Name (a) /FS << /Type /Filespec /F (a) /EF << /F {s} >> "
+          ">> /EMBED pdfmark");
+    ASSERT_EQ(QProcess::execute(text("/usr/bin/gs"),
+                                {text("-q"), text("-dBATCH"), text("-dNOPAUSE"), text("-sDEVICE=pdfwrite"), text("-o"),
+                                 path(text("laden.pdf")), path(text("plain.pdf")), path(text("more.ps"))}),
+              0);
+    const QStringList files{text("moving.avif"), text("damaged.jpg"), text("laden.pdf")};
+    QMap<QString, QByteArray> before;
+    const auto content = [&](const QString& name) {
+        QFile file(path(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    for (const QString& name : files) {
+        before[name] = content(name);
+    }
+    const BatchRun batch = run(QStringList{text("compress"), text("--json")} + files);
+    EXPECT_EQ(batch.error(text("moving.avif")),
+              text("Compression failed: This picture is animated, and compressing it would lose its frames."));
+    EXPECT_EQ(batch.error(text("damaged.jpg")), text("Compression failed: The conversion failed. Please ensure the "
+                                                     "file is not corrupted and try again."));
+    EXPECT_EQ(batch.error(text("laden.pdf")),
+              text("Compression failed: Compressing would take forms, attachments, layers or protection from the "
+                   "original. Please set a prefix or a suffix."));
+    for (const QString& name : files) {
+        EXPECT_EQ(content(name), before[name]) << name.toStdString();
+    }
+}
+
+TEST_F(Compress, KeepsTheTimesOfAnAnimation) {
+    const QString source = bring(text("webp/rotating-squares.webp"), text("a.webp"));
+    ASSERT_EQ(run({text("compress"), text("--compression-suffix"), text("_c"), source}).status, 0);
+    const auto times = [](const QString& file) {
+        return toolOutput(text("/usr/bin/vipsheader"), {text("-f"), text("delay"), file + text("[n=-1]")});
+    };
+    EXPECT_FALSE(times(source).isEmpty());
+    EXPECT_EQ(times(path(text("a_c.webp"))), times(source));
+}
+
 TEST_F(Compress, AJpegOfLowQualityDoesNotGrow) {
     const QString source = bring(text("jpeg/DSCN0010.jpg"), text("a.jpg"));
     ASSERT_EQ(QProcess::execute(text("/usr/bin/convert"), {source, text("-quality"), text("40"), source}), 0);

@@ -53,7 +53,7 @@ for ((point = 0; point < points; point++)); do
             failures=$((failures + 1))
         fi
     done
-    left=$(find "$folder/work" -name '*.backup.*')
+    left=$(find "$folder/work" -name '*.backup.*' -o -name '.sorvik_*')
     if [[ -n $left ]]; then
         echo "point $point: left behind: $left"
         failures=$((failures + 1))

@@ -48,7 +48,7 @@ public:
     QByteArray convertEPS(const QString&, ImageFormat, bool, double) override { return "from EPS"; }
     QByteArray convertAI(const QString&, ImageFormat, double) override { return "from AI"; }
 
-    void compress(ImageFormat, const QString& input, const QString& output, double value) override {
+    void compress(ImageFormat, const QString& input, const QString& output, double value, CompressedFor) override {
         if (!onCompress || !onCompress(input, output, value)) {
             throw ConversionError();
         }

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/xattr.h>
+
+#include <array>
+
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -110,6 +114,22 @@ TEST(ReplaceFile, PutsTheNewContentInPlaceAndLeavesNoBackup) {
     EXPECT_EQ(read(content), "new content") << "the new content stays the caller's";
     EXPECT_EQ(QFile::permissions(original) & (QFile::ReadGroup | QFile::ReadOther), 0);
     EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 3);
+}
+
+TEST(ReplaceFile, KeepsAnAccessListAndTheUsersAttributes) {
+    const QTemporaryDir folder;
+    const QString original = folder.filePath(QStringLiteral("a.jpg"));
+    const QString content = folder.filePath(QStringLiteral("new"));
+    write(original, "old");
+    write(content, "new content");
+    const QByteArray path = original.toUtf8();
+    if (setxattr(path.constData(), "user.rating", "5", 1, 0) != 0) {
+        GTEST_SKIP() << "the file system knows no attributes";
+    }
+    ASSERT_TRUE(replaceFile(original, content));
+    std::array<char, 8> value{};
+    EXPECT_EQ(getxattr(path.constData(), "user.rating", value.data(), value.size()), 1);
+    EXPECT_EQ(value[0], '5');
 }
 
 TEST(ReplaceFile, FailsWithoutATrace) {

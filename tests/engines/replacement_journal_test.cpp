@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -88,6 +90,33 @@ TEST_F(ReplacementJournal, TouchesNothingThatIsNotItsOwn) {
         recoverReplacements();
         EXPECT_EQ(read(backup), "original") << "a running process holds the note";
     }
+}
+
+TEST_F(ReplacementJournal, WaitsForADiskThatIsGone) {
+    const QString away = folder.filePath(QStringLiteral("disk"));
+    ASSERT_TRUE(QDir().mkpath(away));
+    replacement = {away + QStringLiteral("/a.jpg"), away + QStringLiteral("/a.jpg.backup.X"), 3};
+    write(replacement.backup, "original");
+    leaveNote();
+    ASSERT_TRUE(QDir().rename(away, away + QStringLiteral(".off")));
+    recoverReplacements();
+    EXPECT_EQ(notes().size(), 1);
+    ASSERT_TRUE(QDir().rename(away + QStringLiteral(".off"), away));
+    recoverReplacements();
+    EXPECT_EQ(read(replacement.original), "original");
+    EXPECT_EQ(notes(), QStringList());
+}
+
+TEST_F(ReplacementJournal, RemovesWhatAKilledProcessHasHalfWritten) {
+    write(original, "original");
+    const QString dead = folder.filePath(QStringLiteral(".sorvik_4194305_ab"));  // beyond all numbers of processes
+    const QString alive = folder.filePath(QStringLiteral(".sorvik_%1_ab").arg(getpid()));
+    write(dead, "half");
+    write(alive, "half");
+    leaveNote();
+    recoverReplacements();
+    EXPECT_FALSE(QFile::exists(dead));
+    EXPECT_TRUE(QFile::exists(alive));
 }
 
 TEST_F(ReplacementJournal, ForgetsWhatHadNotBegunAndWhatCannotBeRead) {

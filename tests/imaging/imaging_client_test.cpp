@@ -31,19 +31,19 @@ TEST(ImagingVectors, AreWhole) {
 
 TEST(PictureFacts, OnlyTheToolsOwnLineIsTaken) {
     const auto facts =
-        parsePictureFacts(text("kind=jpeg width=4000 height=3000 pages=1 orientation=6 alpha=no whole=yes"));
-    EXPECT_EQ(facts, (PictureFacts{text("jpeg"), 4000, 3000, 1, 6, false, true}));
+        parsePictureFacts(text("kind=jpeg width=4000 height=3000 pages=1 orientation=6 alpha=no extras=no whole=yes"));
+    EXPECT_EQ(facts, (PictureFacts{text("jpeg"), 4000, 3000, 1, 6, false, false, true}));
     for (const char* line : {
              "",
-             "kind=jpeg width=4000 height=3000 pages=1 orientation=6 alpha=no whole=yes\n",
-             "kind=jpeg width=4000 height=3000 pages=1 orientation=6 alpha=no whole=maybe",
-             "kind=jpeg width=4000 height=3000 pages=1 orientation=9 alpha=no whole=yes",
-             "kind=jpeg width=0 height=3000 pages=1 orientation=1 alpha=no whole=yes",
-             "kind=jpeg width=99999999999 height=3000 pages=1 orientation=1 alpha=no whole=yes",
-             "kind=bmp width=4000 height=3000 pages=1 orientation=1 alpha=no whole=yes",
-             "kind=jpeg height=3000 width=4000 pages=1 orientation=1 alpha=no whole=yes",
-             "kind=jpeg width=-4 height=3000 pages=1 orientation=1 alpha=no whole=yes",
-             "warning kind=jpeg width=4 height=3000 pages=1 orientation=1 alpha=no whole=yes",
+             "kind=jpeg width=4000 height=3000 pages=1 orientation=6 alpha=no extras=no whole=yes\n",
+             "kind=jpeg width=4000 height=3000 pages=1 orientation=6 alpha=no extras=no whole=maybe",
+             "kind=jpeg width=4000 height=3000 pages=1 orientation=9 alpha=no extras=no whole=yes",
+             "kind=jpeg width=0 height=3000 pages=1 orientation=1 alpha=no extras=no whole=yes",
+             "kind=jpeg width=99999999999 height=3000 pages=1 orientation=1 alpha=no extras=no whole=yes",
+             "kind=bmp width=4000 height=3000 pages=1 orientation=1 alpha=no extras=no whole=yes",
+             "kind=jpeg height=3000 width=4000 pages=1 orientation=1 alpha=no extras=no whole=yes",
+             "kind=jpeg width=-4 height=3000 pages=1 orientation=1 alpha=no extras=no whole=yes",
+             "warning kind=jpeg width=4 height=3000 pages=1 orientation=1 alpha=no extras=no whole=yes",
          }) {
         EXPECT_FALSE(parsePictureFacts(text(line))) << line;
     }

@@ -2,7 +2,9 @@
 
 #include <CLI/CLI.hpp>
 
+#include <charconv>
 #include <string>
+#include <system_error>
 
 namespace sorvik {
 namespace {
@@ -38,9 +40,10 @@ static_assert(qualityRows.size() == qualityCount);
 std::string range(const QualityRow& row) { return std::to_string(row.lowest) + " to " + std::to_string(row.highest); }
 
 int parsedQuality(const QualityRow& row, const std::string& word) {
-    bool isNumber = false;
-    const int value = QString::fromStdString(word).toInt(&isNumber);
-    if (!isNumber || value < row.lowest || value > row.highest) {
+    int value = 0;
+    const char* const end = word.data() + word.size();
+    const auto [stop, error] = std::from_chars(word.data(), end, value);
+    if (error != std::errc() || stop != end || value < row.lowest || value > row.highest) {
         throw CLI::ValidationError(row.option,
                                    "'" + word + "' can't be taken; it can be a whole number from " + range(row));
     }

@@ -49,12 +49,11 @@ QList<QFuture<MetadataRecord>> startReading(QThreadPool& pool, const QStringList
 }  // namespace
 
 MetadataRecord readRecord(const QString& path) {
-    static VerboseTexts texts(ProcessConfigCache::shared());
     MetadataRecord record{.path = path, .table = {}, .error = obstacle(path)};
     if (!record.error.isEmpty()) {
         return record;
     }
-    if (const auto text = texts.text(path)) {
+    if (const auto text = VerboseTexts::shared().text(path)) {
         record.table = parseMetadata(*text);
     } else {
         record.error = QStringLiteral("The file could not be read. It may be damaged.");

@@ -25,10 +25,14 @@ constexpr std::array sentences{
     Row{Refusal::outputNotAFile, "Something that is not a file stands where the result would go."},
     Row{Refusal::outputNameTooLong, "The result's name would be too long. Please shorten the file's name."},
     Row{Refusal::outputIsSource, "The result would replace the original. Please set a prefix or a suffix."},
+    Row{Refusal::framesWouldBeLost, "This picture is animated, and compressing it would lose its frames."},
+    Row{Refusal::documentWouldLose,
+        "Compressing would take forms, attachments, layers or protection from the original. Please set a prefix or a "
+        "suffix."},
 };
 
 static_assert(isIndexedBy(sentences, &Row::refusal) &&
-              sentences.size() == static_cast<std::size_t>(Refusal::outputIsSource) + 1);
+              sentences.size() == static_cast<std::size_t>(Refusal::documentWouldLose) + 1);
 
 }  // namespace
 

@@ -18,6 +18,8 @@ enum class Refusal {
     outputNotAFile,
     outputNameTooLong,
     outputIsSource,
+    framesWouldBeLost,
+    documentWouldLose,
 };
 
 /// The sentence for the row.

@@ -1,6 +1,7 @@
 #include "imaging/sips/add_looks.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <limits>
 #include <string_view>
@@ -10,6 +11,7 @@
 #include "codecs/png_metadata.h"
 #include "imaging/sips/byte_reader.h"
 #include "imaging/sips/failure.h"
+#include "imaging/sips/riff_chunks.h"
 #include "imaging/sips/tiff_directory.h"
 
 namespace sorvik::sips {
@@ -157,6 +159,25 @@ std::uint64_t renewDirectory(Buffer& tiff, std::uint64_t start, std::uint64_t li
     return tiff.size() - numbers.offsetSize();
 }
 
+/// The bytes of an animation that hold its rounds and, frame by frame, its times.
+std::vector<Bytes> timesIn(Bytes webp) {
+    struct Field {
+        std::string_view chunk;
+        std::size_t offset;
+        std::size_t size;
+    };
+    constexpr std::array fields{Field{"ANIM", 4, 2}, Field{"ANMF", 12, 3}};
+    std::vector<Bytes> times;
+    for (const RiffChunk& chunk : riffChunksOf(webp).chunks) {
+        for (const Field& field : fields) {
+            if (chunk.type == field.chunk && chunk.data.size() >= field.offset + field.size) {
+                times.push_back(chunk.data.subspan(field.offset, field.size));
+            }
+        }
+    }
+    return times;
+}
+
 }  // namespace
 
 Buffer jpegWithLooks(Bytes jpeg, const Looks& lacking) {
@@ -197,6 +218,20 @@ Buffer pngWithLooks(Bytes png, const Looks& lacking) {
     }
     result.write(png.subspan(at));
     return result.bytes();
+}
+
+Buffer webpWithTimesOf(Bytes webp, Bytes original) {
+    const std::vector<Bytes> times = timesIn(original);
+    const std::vector<Bytes> places = timesIn(webp);
+    const bool alike = std::ranges::equal(times, places, {}, &Bytes::size, &Bytes::size);
+    if (!alike || std::ranges::equal(times, places, std::ranges::equal)) {
+        return {};
+    }
+    Buffer timed(webp.begin(), webp.end());
+    for (std::size_t index = 0; index < times.size(); ++index) {
+        std::ranges::copy(times[index], timed.begin() + (places[index].data() - webp.data()));
+    }
+    return timed;
 }
 
 Buffer tiffWithLooks(Bytes tiff, Bytes original) {

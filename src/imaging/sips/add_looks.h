@@ -17,6 +17,11 @@ namespace sorvik::sips {
 /// Chunks behind IHDR; an sRGB, gAMA or cHRM chunk that would contradict what is added goes.
 [[nodiscard]] std::vector<std::byte> pngWithLooks(std::span<const std::byte> png, const Looks& lacking);
 
+/// An animation with the frame times and the number of rounds of `original` (RFC 9649, 2.7.1). Empty when they are the
+/// same already, or the frames are not as many.
+[[nodiscard]] std::vector<std::byte> webpWithTimesOf(std::span<const std::byte> webp,
+                                                     std::span<const std::byte> original);
+
 /// Each page gets what it lacks of the page of the same number of the TIFF `original`; one that lacks
 /// anything gets a new directory at the end of the file. Empty when none does.
 [[nodiscard]] std::vector<std::byte> tiffWithLooks(std::span<const std::byte> tiff,

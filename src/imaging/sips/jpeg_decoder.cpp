@@ -144,33 +144,6 @@ void JpegDecoder::start() {
     jpeg_start_decompress(&info);
 }
 
-bool JpegDecoder::decodesWhole() {
-    jpeg_decompress_struct& info = state_->info;
-    if (jpeg_has_multiple_scans(&info) != 0) {
-        return jpegMarkersReachEnd(state_->jpeg);
-    }
-    info.scale_num = 1;
-    info.scale_denom = 8;
-    info.out_color_space = info.jpeg_color_space;
-    info.do_fancy_upsampling = FALSE;
-    info.do_block_smoothing = FALSE;
-    try {
-        start();
-        std::vector<JSAMPLE> row(std::size_t{info.output_width} * static_cast<std::size_t>(info.output_components));
-        JSAMPROW pointer = row.data();
-        while (info.output_scanline < info.output_height) {
-            jpeg_read_scanlines(&info, &pointer, 1);
-        }
-        jpeg_finish_decompress(&info);
-        return true;
-    } catch (const Failure& failure) {
-        if (failure.status() != Status::failed) {
-            throw;
-        }
-        return false;
-    }
-}
-
 void JpegDecoder::pump(codecs::RowWriter& writer) {
     jpeg_decompress_struct& info = state_->info;
     info.out_color_space = state_->layout.channels == 1 ? JCS_GRAYSCALE : JCS_RGB;

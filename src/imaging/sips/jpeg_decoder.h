@@ -31,11 +31,6 @@ public:
     /// Components as they are coded: 1 grey, 3 colours, 4 CMYK.
     [[nodiscard]] int components() const;
 
-    /// Whether the coded data make sense up to the end of the picture. Decodes at an eighth of the size,
-    /// instead of pump(); that would take a file of several scans ten times as long, so only the markers
-    /// between those are followed. Throws Failure (tooLarge, outOfMemory).
-    [[nodiscard]] bool decodesWhole();
-
     /// Throws Failure (tooLarge) before it allocates, or when the data are damaged or cut off.
     void pump(codecs::RowWriter& writer);
 

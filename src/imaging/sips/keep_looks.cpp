@@ -21,6 +21,17 @@ bool mayHoldProfile(Bytes heif) {
            textOf(heif).find("colrrICC") != std::string_view::npos;
 }
 
+/// ImageMagick 6 gives each frame of a WebP the time of the next one.
+void keepFrameTimes(const KeepLooksRequest& request) {
+    const InputFile from(request.from);
+    const InputFile to(request.to);
+    if (contentKindOf(from.bytes()) == ContentKind::webp && contentKindOf(to.bytes()) == ContentKind::webp) {
+        if (const auto timed = webpWithTimesOf(to.bytes(), from.bytes()); !timed.empty()) {
+            replaceWith(request.to, timed);
+        }
+    }
+}
+
 void keepInTiff(const std::string& path, Bytes tiff, Bytes original) {
     if (const auto grown = tiffWithLooks(tiff, original); !grown.empty()) {
         replaceWith(path, grown);
@@ -30,6 +41,7 @@ void keepInTiff(const std::string& path, Bytes tiff, Bytes original) {
 }  // namespace
 
 bool keepLooksDirectly(const KeepLooksRequest& request) {
+    keepFrameTimes(request);
     const InputFile from(request.from);
     const InputFile to(request.to);
     const ContentKind fromKind = contentKindOf(from.bytes());

@@ -2,11 +2,13 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <string>
 
 #include "codecs/png_chunks.h"
 #include "imaging/sips/byte_reader.h"
+#include "imaging/sips/completeness.h"
 #include "imaging/sips/content_kind.h"
 #include "imaging/sips/failure.h"
 #include "imaging/sips/frame_lists.h"
@@ -21,10 +23,10 @@ namespace {
 using Bytes = std::span<const std::byte>;
 
 PictureFacts jpegFacts(Bytes bytes) {
-    JpegDecoder decoder(bytes);
+    const JpegDecoder decoder(bytes);
     PictureFacts facts{"jpeg", decoder.layout().width, decoder.layout().height};
     facts.orientation = orientationOf(decoder.metadata().exif);
-    facts.whole = decoder.decodesWhole();
+    facts.whole = jpegMarkersReachEnd(bytes);
     return facts;
 }
 
@@ -41,6 +43,8 @@ PictureFacts pngFacts(Bytes bytes) {
             facts.height = reader.u32(4);
         } else if (chunk->type == codecs::chunkType("eXIf")) {
             facts.orientation = orientationOf(chunk->data);
+        } else if (chunk->type == codecs::chunkType("acTL")) {
+            facts.pages = std::max<std::uint64_t>(1, ByteReader(chunk->data, std::endian::big).u32(0));
         } else if (chunk->type == codecs::chunkType("IDAT")) {
             pixels = true;
         } else if (chunk->type == codecs::chunkType("IEND")) {
@@ -53,7 +57,7 @@ PictureFacts pngFacts(Bytes bytes) {
 }
 
 PictureFacts listedFacts(std::string_view kind, const FrameList& list) {
-    return {kind, list.width, list.height, list.frames, list.orientation, false, list.whole};
+    return {kind, list.width, list.height, list.frames, list.orientation, false, false, list.whole};
 }
 
 PictureFacts factsOf(Bytes bytes) {
@@ -87,7 +91,8 @@ void announce(const PictureFacts& facts) {
     const std::string line = "kind=" + std::string(facts.kind) + " width=" + std::to_string(facts.width) +
                              " height=" + std::to_string(facts.height) + " pages=" + std::to_string(facts.pages) +
                              " orientation=" + std::to_string(facts.orientation) +
-                             " alpha=" + (facts.alpha ? "yes" : "no") + " whole=" + (facts.whole ? "yes" : "no") + "\n";
+                             " alpha=" + (facts.alpha ? "yes" : "no") + " extras=" + (facts.extras ? "yes" : "no") +
+                             " whole=" + (facts.whole ? "yes" : "no") + "\n";
     if (::write(STDOUT_FILENO, line.data(), line.size()) != static_cast<ssize_t>(line.size())) {
         throw failureOf(errno, "standard output");
     }

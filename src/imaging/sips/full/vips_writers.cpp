@@ -48,7 +48,9 @@ public:
         attach(image, VIPS_META_ICC_NAME, metadata_.icc);
         attach(image, VIPS_META_EXIF_NAME, metadata_.exif);
         attach(image, VIPS_META_XMP_NAME, metadata_.xmp);
-        handOver(sink_, image.webpsave_buffer(VImage::option()->set("Q", quality_)));
+        // libvips makes an EXIF block of its own where there is none.
+        const bool bare = metadata_.icc.empty() && metadata_.exif.empty() && metadata_.xmp.empty();
+        handOver(sink_, image.webpsave_buffer(VImage::option()->set("Q", quality_)->set("strip", bare)));
     }
 
 private:

@@ -21,23 +21,31 @@ void require(const heif_error& error) {
     }
 }
 
-/// Whether the outermost boxes (ISO/IEC 14496-12, 4.2) fill the file: the last one holds the coded pixels.
-bool boxesFill(Bytes bytes) {
+struct Boxes {
+    bool fill = true;    ///< the file: the last one holds the coded pixels
+    bool movie = false;  ///< frames in time
+};
+
+/// The outermost boxes (ISO/IEC 14496-12, 4.2).
+Boxes boxesOf(Bytes bytes) {
     const ByteReader reader(bytes, std::endian::big);
+    Boxes boxes;
     std::uint64_t at = 0;
     while (at < bytes.size()) {
         constexpr std::uint64_t header = 8;
         std::uint64_t size = reader.u32(at);
+        boxes.movie |= holdsAt(bytes, static_cast<std::size_t>(at) + 4, "moov");
         if (size == 0) {
-            return true;  // up to the end, wherever that is
+            return boxes;  // up to the end, wherever that is
         }
         size = size == 1 ? reader.u64(at + header) : size;
         if (size < header || size > bytes.size() - at) {
-            return false;
+            boxes.fill = false;
+            return boxes;
         }
         at += size;
     }
-    return true;
+    return boxes;
 }
 
 bool isAvif(Bytes bytes) {
@@ -59,8 +67,12 @@ PictureFacts heifFacts(Bytes bytes) {
     facts.width = static_cast<std::uint64_t>(std::max(0, heif_image_handle_get_width(handle.get())));
     facts.height = static_cast<std::uint64_t>(std::max(0, heif_image_handle_get_height(handle.get())));
     facts.pages = static_cast<std::uint64_t>(heif_context_get_number_of_top_level_images(context.get()));
+    const Boxes boxes = boxesOf(bytes);
+    if (boxes.movie) {
+        facts.pages = std::max<std::uint64_t>(facts.pages, 2);  // how many frames there are is not looked up
+    }
     facts.alpha = heif_image_handle_has_alpha_channel(handle.get()) != 0;
-    facts.whole = boxesFill(bytes);
+    facts.whole = boxes.fill;
     return facts;
 }
 

@@ -15,6 +15,20 @@ std::uint64_t side(double one, double other) {
     return points >= 1 && points <= largest ? static_cast<std::uint64_t>(points) : 1;
 }
 
+bool hasEntries(QPDFObjectHandle object) {
+    return (object.isArray() && object.getArrayNItems() > 0) || (object.isDictionary() && !object.getKeys().empty());
+}
+
+/// What a document has beside its pages and what writing it anew would leave out.
+bool hasExtras(QPDF& pdf) {
+    QPDFObjectHandle catalog = pdf.getRoot();
+    QPDFObjectHandle form = catalog.getKey("/AcroForm");
+    QPDFObjectHandle names = catalog.getKey("/Names");
+    return (form.isDictionary() && (hasEntries(form.getKey("/Fields")) || form.hasKey("/XFA"))) ||
+           (names.isDictionary() && names.hasKey("/EmbeddedFiles")) || hasEntries(catalog.getKey("/OCProperties")) ||
+           hasEntries(catalog.getKey("/Perms")) || hasEntries(catalog.getKey("/AF")) || pdf.isEncrypted();
+}
+
 PictureFacts factsOf(QPDF& pdf) {
     const auto& pages = pdf.getAllPages();
     if (pages.empty()) {
@@ -24,6 +38,7 @@ PictureFacts factsOf(QPDF& pdf) {
     // Every object is looked up once: a damaged one shows nowhere else.
     static_cast<void>(pdf.getAllObjects());
     PictureFacts facts{"pdf", side(box.llx, box.urx), side(box.lly, box.ury), pages.size()};
+    facts.extras = hasExtras(pdf);
     facts.whole = !pdf.anyWarnings();
     return facts;
 }

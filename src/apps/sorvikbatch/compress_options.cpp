@@ -8,9 +8,9 @@ void describeCompress(CLI::App& command, CompressOptions& options, const QString
     describeCompression(command, options.compression);
     describeCommon(command, options.common, "The files to compress: GIF, JPEG, PDF, PNG, TIFF, WebP, AVIF", folder);
     command.footer(
-        "Each result is written beside its source under the prefix and the suffix, as .jpg, .tiff and so on; without\n"
-        "either it takes the place of a source of that name. Metadata is left out of the results. --heic-quality has\n"
-        "no effect here.\n"
+        "Each result is written beside its source under the prefix and the suffix, as .jpg, .tiff and so on. Without\n"
+        "either it takes its source's place where that has this very extension. Metadata is left out of the\n"
+        "results. --heic-quality has no effect here.\n"
         "One line is printed a file as it ends: name, from, to, outcome, size, saving. The summary comes last.\n"
         "Exit status: 0 when every file succeeded, 1 when one failed or can't be compressed, 2 for bad usage.");
 }

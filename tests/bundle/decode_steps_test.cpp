@@ -53,6 +53,13 @@ TEST(WantsSvg, OfAPictureOnly) {
     EXPECT_FALSE(wantsSvg(words("identify -verbose /i.svg")));
 }
 
+TEST(MayBeSvg, ByExtensionOrContent) {
+    EXPECT_TRUE(mayBeSvg("/x.SVGZ", "\x1f"));
+    EXPECT_TRUE(mayBeSvg("/x.eps", "<"));
+    EXPECT_FALSE(mayBeSvg("/x.png", "\x89"));
+    EXPECT_FALSE(mayBeSvg("/x.jpg", ""));
+}
+
 TEST(RawDecoder, TurnsTheDefinesIntoItsOptions) {
     struct Row {
         const char* vector;
@@ -60,10 +67,10 @@ TEST(RawDecoder, TurnsTheDefinesIntoItsOptions) {
     };
     for (const Row& row : {
              Row{"-define raw:use-camera-wb=true -define raw:auto-gamma=true -density 300 /i.raf -quality 100 /o.jpg",
-                 "/usr/bin/dcraw_emu -w -T -Z /t.tiff /i"},
+                 "/usr/bin/dcraw_emu -w -g 2.4 12.92 -T -Z /t.tiff /i"},
              Row{"-define raw:use-camera-wb=true -define raw:auto-gamma=true -define raw:interpolation-quality=1 "
                  "-define raw:no-crop -define raw:no-auto-bright -density 300 /i.raf /o.tiff",
-                 "/usr/bin/dcraw_emu -w -q 1 -W -6 -T -Z /t.tiff /i"},
+                 "/usr/bin/dcraw_emu -w -g 2.4 12.92 -q 1 -W -6 -T -Z /t.tiff /i"},
              Row{"-define raw:use-camera-wb=false /i.raf /o.PNG", "/usr/bin/dcraw_emu -6 -T -Z /t.tiff /i"},
              Row{"identify -verbose /i.raf", "/usr/bin/dcraw_emu -T -Z /t.tiff /i"},
          }) {
@@ -110,7 +117,10 @@ TEST(Continuation, HandsTheRestToThePreviousVersion) {
              Row{"-define raw:use-camera-wb=true -define raw:auto-gamma=true -density 300 /i.nef -strip -define "
                  "png:exclude-chunk=tIME /o.png",
                  Decoding::cameraRaw, "",
-                 "/usr/bin/convert -density 300 /d -units PixelsPerInch -strip -define png:exclude-chunk=tIME /o.png"},
+                 "/usr/bin/convert -density 300 /d -units PixelsPerInch +profile icc "
+                 "-profile /usr/share/color/icc/ghostscript/srgb.icc -strip -define png:exclude-chunk=tIME /o.png"},
+             Row{"-define raw:use-camera-wb=true /i.nef /o.png", Decoding::cameraRaw, "",
+                 "/usr/bin/convert /d -units PixelsPerInch /o.png"},
              Row{"-density 300 /i.eps -define png:compression-level=9 /o.png", Decoding::postScript, "",
                  "/usr/bin/convert -density 300 /d -units PixelsPerInch -define png:compression-level=9 /o.png"},
              Row{"-density 300 /i.eps -quality 100 /o.JPG", Decoding::postScript, "",

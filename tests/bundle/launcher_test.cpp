@@ -126,10 +126,11 @@ TEST_F(Launcher, LetsPostScriptReachNoFile) {
              "(" + path("tmp/written") + ") (w) file closefile showpage",
              "(" + secret + ") (r) file closefile showpage",
              "(" + secret + ") deletefile showpage",
+             "(" + secret + ") (" + path("written") + ") renamefile showpage",
              "(%pipe%touch " + path("written") + ") (w) file closefile showpage",
          }) {
         const std::string source = write("d.eps", drawing("0 0 999 999 rectfill " + body));
-        EXPECT_NE(magick({"-density", "300", source, path("o.png")}), 0) << body;
+        EXPECT_EQ(magick({"-density", "300", source, path("o.png")}), statusSourceRefused) << body;
         EXPECT_FALSE(fs::exists(path("written"))) << body;
         EXPECT_TRUE(fs::exists(secret)) << body;
     }
@@ -157,6 +158,42 @@ TEST_F(Launcher, DecodesCameraRawUprightAtTheCamerasSize) {
 
     ASSERT_EQ(runTool(invocation({"identify", "-verbose", data("raw/colorchart.dng")}), false, path("verbose")), 0);
     EXPECT_NE(read(path("verbose")).find("dng:camera.model.name: EOS Kiss X4"), std::string::npos);
+}
+
+TEST_F(Launcher, DevelopsCameraRawAsSrgbWithAndWithoutItsProfile) {
+    const std::vector<std::string> developed{
+        "-define", "raw:use-camera-wb=true",  "-define", "raw:auto-gamma=true", "-density",
+        "300",     data("raw/colorchart.dng")};
+    std::vector<std::string> stripped = developed;
+    stripped.insert(stripped.end(), {"-strip", path("plain.png")});
+    ASSERT_EQ(magick(stripped), 0);
+    std::vector<std::string> tagged = developed;
+    tagged.push_back(path("tagged.png"));
+    ASSERT_EQ(magick(tagged), 0);
+    EXPECT_NE(look(path("tagged.png"), "%[profile:icc]").find("sRGB"), std::string::npos);
+
+    // As whoever heeds profiles shows the one, and whoever has none to heed shows the other.
+    const std::string shown = path("shown.png");
+    ASSERT_EQ(magick({path("tagged.png"), "-profile", "/usr/share/color/icc/ghostscript/srgb.icc", "-strip", shown}),
+              0);
+    (void)runTool({"/usr/bin/compare", {"compare", "-metric", "PSNR", shown, path("plain.png"), "null:"}}, false,
+                  path("said"));
+    EXPECT_GT(std::strtod(read(path("said")).c_str(), nullptr), 45) << read(path("said"));
+}
+
+TEST_F(Launcher, ExcludesEveryChunkThatIsNamed) {
+    ASSERT_EQ(magick({"-size", "2x2", "xc:red", "-set", "Artist", "somebody", "-define", "png:exclude-chunk=tIME",
+                      "-define", "png:exclude-chunk=tEXt", "-define", "png:exclude-chunk=zTXt", path("o.png")}),
+              0);
+    EXPECT_EQ(read(path("o.png")).find("tEXt"), std::string::npos);
+}
+
+TEST_F(Launcher, LeavesNothingOfAnSvgUnderAnyName) {
+    const std::string svg = read(data("svg/logo.svg"));
+    for (const char* name : {"d.svg", "d.eps", "d.png"}) {
+        EXPECT_EQ(magick({write(name, svg), path("o.png")}), 0) << name;
+        EXPECT_TRUE(fs::is_empty(path("tmp"))) << name;
+    }
 }
 
 TEST_F(Launcher, FailsOnTruncatedCameraRaw) {

@@ -2,12 +2,15 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <optional>
+#include <string_view>
 #include <system_error>
 
 #include "bundle/magick/child.h"
@@ -93,6 +96,45 @@ std::string absolute(const std::string& path) {
     return error ? path : result.string();
 }
 
+/// Passes on what a tool has said, up to a length that nobody reads beyond.
+std::string repeatMessages(const std::string& messages) {
+    std::ifstream file(messages, std::ios::binary);
+    std::string said = readPart(file, 0, partLength);
+    std::fputs(said.c_str(), stderr);
+    return said;
+}
+
+/// Whether a text of any length holds a word.
+bool mentions(const std::string& path, std::string_view word) {
+    std::ifstream file(path, std::ios::binary);
+    std::string window;
+    for (std::string part(partLength, '\0'); file;
+         window.erase(0, window.size() - std::min(window.size(), word.size()))) {
+        file.read(part.data(), static_cast<std::streamsize>(part.size()));
+        window.append(part, 0, static_cast<std::size_t>(file.gcount()));
+        if (window.find(word) != std::string::npos) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// How the interpreter tells that it was stopped at its fence. Deleting and renaming end as errors of the system there.
+constexpr std::array<std::string_view, 3> fenceWords{"invalidfileaccess", "in --deletefile--", "in --renamefile--"};
+
+/// A text that was stopped at the fence is no mishap of the interpreter: it must not be tried without one.
+int interpret(const MagickInvocation& renderer, const PrivateFolder& folder) {
+    const std::string messages = folder.file("messages");
+    const int status = runTool(renderer, false, messages);
+    repeatMessages(messages);
+    if (status == 0) {
+        return 0;
+    }
+    return std::ranges::any_of(fenceWords, [&](auto word) { return mentions(messages, word); })
+               ? fail("the PostScript reaches for files it may not have", statusSourceRefused)
+               : fail("the PostScript could not be interpreted");
+}
+
 int renderPostScript(const std::vector<std::string>& arguments, const std::string& path, const Source& source,
                      const PrivateFolder& folder, const std::string& output) {
     if (source.cutOff()) {
@@ -111,8 +153,8 @@ int renderPostScript(const std::vector<std::string>& arguments, const std::strin
             return fail("the PostScript could not be copied");
         }
     }
-    if (runTool(postScriptRenderer(raster, source.ended, text, output), false) != 0) {
-        return fail("the PostScript could not be interpreted");
+    if (const int status = interpret(postScriptRenderer(raster, source.ended, text, output), folder); status != 0) {
+        return status;
     }
     switch (lookAtPage(output)) {
         case Page::missing:
@@ -133,9 +175,7 @@ int decodeRaw(const std::vector<std::string>& arguments, const std::string& path
               const std::string& output) {
     const std::string messages = folder.file("messages");
     const int status = runTool(rawDecoder(arguments, absolute(path), output), false, messages);
-    std::ifstream file(messages, std::ios::binary);
-    const std::string said = readPart(file, 0, partLength);
-    std::fputs(said.c_str(), stderr);
+    const std::string said = repeatMessages(messages);
     std::error_code error;
     const bool written = std::filesystem::file_size(output, error) > 0 && !error;
     return status == 0 && said.empty() && written ? 0 : fail("the camera's picture could not be decoded");
@@ -167,6 +207,12 @@ int runSteps(const std::vector<std::string>& arguments, Decoding decoding, const
     return status;
 }
 
+/// Whether reading the file may leave something in the temporary directory.
+bool leavesTraces(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return mayBeSvg(path, readPart(file, 0, 1));
+}
+
 /// The configuration beside this program holds for everybody who starts it: it forbids ImageMagick to start other
 /// programs for a picture.
 void bringConfiguration() {
@@ -189,7 +235,8 @@ int runMagick(const std::vector<std::string>& arguments) {
         decoding = source ? decoding : Decoding::none;
     }
     const bool svg = wantsSvg(arguments);
-    if (decoding == Decoding::none && !svg) {
+    const bool alone = decoding == Decoding::none && !svg;
+    if (alone && !(operand && leavesTraces(arguments[*operand]))) {
         execute(magickInvocation(arguments));
     }
     return runSteps(arguments, decoding, source.value_or(Source{}), svg);

@@ -106,6 +106,18 @@ TEST(PostScriptRenderer, IsFencedAndCropped) {
               "currentpagedevice /PageCount get 0 eq {systemdict /showpage get exec} if");
 }
 
+TEST(CameraReporter, NamesThePropertiesAsACamerasFileDoes) {
+    EXPECT_TRUE(wantsCameraReport(words("identify -verbose /i.nef")));
+    EXPECT_FALSE(wantsCameraReport(words("identify -verbose /i.tiff")));
+    EXPECT_FALSE(wantsCameraReport(words("identify -format %w /i.nef")));
+    EXPECT_EQ(cameraReporter("/c.jpg", false, "/r"),
+              invocation("/usr/bin/convert /c.jpg -set dng:make %[exif:Make] -set dng:camera.model.name %[exif:Model] "
+                         "-set dng:create.date %[exif:DateTime] -verbose info:/r"));
+    EXPECT_EQ(cameraReporter("/d.tiff", true, "/r"),
+              invocation("/usr/bin/convert /d.tiff -set dng:make %[tiff:make] -set dng:camera.model.name %[tiff:model] "
+                         "-set dng:create.date %[tiff:timestamp] -verbose info:/r"));
+}
+
 TEST(Continuation, HandsTheRestToThePreviousVersion) {
     struct Row {
         const char* vector;
@@ -126,9 +138,6 @@ TEST(Continuation, HandsTheRestToThePreviousVersion) {
              Row{"-density 300 /i.eps -quality 100 /o.JPG", Decoding::postScript, "",
                  "/usr/bin/convert -density 300 /d -units PixelsPerInch -quality 100 "
                  "-background white -alpha remove -alpha off /o.JPG"},
-             Row{"identify -verbose /i.nef", Decoding::cameraRaw, "",
-                 "/usr/bin/convert /d -set dng:make %[tiff:make] -set dng:camera.model.name %[tiff:model] "
-                 "-set dng:create.date %[tiff:timestamp] -verbose info:"},
              Row{"identify -verbose /i.eps", Decoding::postScript, "", "/usr/bin/identify -verbose /d"},
              Row{"/i.jpg -quality 100 /o.svg", Decoding::none, "/p.png", "/usr/bin/convert /i.jpg -quality 100 /p.png"},
          }) {

@@ -129,25 +129,16 @@ std::string epilogue(bool ended) {
 }
 
 struct PropertyRow {
-    const char* name;   ///< as ImageMagick 7 has it from a camera's file
-    const char* value;  ///< where the decoded TIFF has it
+    const char* name;     ///< as ImageMagick 7 has it from a camera's file
+    const char* exif;     ///< where the file's own EXIF has it
+    const char* decoded;  ///< where the decoded TIFF has it
 };
 
-constexpr std::array cameraProperties{
-    PropertyRow{"dng:make", "%[tiff:make]"},
-    PropertyRow{"dng:camera.model.name", "%[tiff:model]"},
-    PropertyRow{"dng:create.date", "%[tiff:timestamp]"},
+constexpr std::array cameraRows{
+    PropertyRow{"dng:make", "%[exif:Make]", "%[tiff:make]"},
+    PropertyRow{"dng:camera.model.name", "%[exif:Model]", "%[tiff:model]"},
+    PropertyRow{"dng:create.date", "%[exif:DateTime]", "%[tiff:timestamp]"},
 };
-
-/// What `identify -verbose` prints, under the names by which a camera's properties are known.
-MagickInvocation cameraReport(const std::string& input) {
-    std::vector<std::string> vector{input};
-    for (const PropertyRow& row : cameraProperties) {
-        vector.insert(vector.end(), {"-set", row.name, row.value});
-    }
-    vector.insert(vector.end(), {"-verbose", "info:"});
-    return magickInvocation(vector);
-}
 
 }  // namespace
 
@@ -229,11 +220,23 @@ MagickInvocation postScriptRenderer(const Raster& raster, bool ended, const std:
     return renderer;
 }
 
+bool wantsCameraReport(const std::vector<std::string>& arguments) {
+    const auto input = inputOperand(arguments);
+    return input && identifies(arguments) && decodingOf(arguments[*input]) == Decoding::cameraRaw &&
+           std::ranges::count(arguments, "-verbose") > 0;
+}
+
+MagickInvocation cameraReporter(const std::string& input, bool decoded, const std::string& output) {
+    std::vector<std::string> vector{input};
+    for (const PropertyRow& row : cameraRows) {
+        vector.insert(vector.end(), {"-set", row.name, decoded ? row.decoded : row.exif});
+    }
+    vector.insert(vector.end(), {"-verbose", "info:" + output});
+    return magickInvocation(vector);
+}
+
 MagickInvocation continuation(const std::vector<std::string>& arguments, Decoding decoding, const std::string& input,
                               const std::string& svgPicture) {
-    if (decoding == Decoding::cameraRaw && identifies(arguments) && std::ranges::count(arguments, "-verbose") > 0) {
-        return cameraReport(input);
-    }
     const std::size_t operand = inputOperand(arguments).value_or(0);
     std::vector<std::string> vector;
     for (std::size_t index = 0; index < arguments.size(); ++index) {

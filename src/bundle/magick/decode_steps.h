@@ -63,6 +63,13 @@ struct Raster {
 [[nodiscard]] MagickInvocation postScriptRenderer(const Raster& raster, bool ended, const std::string& input,
                                                   const std::string& output);
 
+/// Whether the vector asks for all that is known of a camera's file.
+[[nodiscard]] bool wantsCameraReport(const std::vector<std::string>& arguments);
+
+/// Writes what ImageMagick 6 knows of `input` to the file `output`, under the names as well by which version 7 has a
+/// camera's properties. `input` is a JPEG with the camera's EXIF, or the `decoded` TIFF.
+[[nodiscard]] MagickInvocation cameraReporter(const std::string& input, bool decoded, const std::string& output);
+
 /// The vector for ImageMagick 6 once its input lies decoded at `input`. A camera's picture with sRGB's tone curve gets
 /// a profile that says so exactly. With `svgPicture` it writes that PNG in
 /// place of its own output.

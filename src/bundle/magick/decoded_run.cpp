@@ -13,6 +13,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "bundle/magick/camera_report.h"
 #include "bundle/magick/child.h"
 #include "bundle/magick/decode_steps.h"
 #include "bundle/magick/rendered_page.h"
@@ -181,6 +182,38 @@ int decodeRaw(const std::vector<std::string>& arguments, const std::string& path
     return status == 0 && said.empty() && written ? 0 : fail("the camera's picture could not be decoded");
 }
 
+/// What a report says of the camera; empty when it says nothing.
+std::string reportOn(const std::string& picture, bool decoded, const PrivateFolder& folder) {
+    const std::string report = folder.file("report");
+    const int status = runTool(cameraReporter(picture, decoded, report), false, folder.file("warnings"));
+    std::ifstream file(report, std::ios::binary);
+    return status == 0 ? cameraProperties(std::string(std::istreambuf_iterator<char>(file), {})) : std::string();
+}
+
+/// By the EXIF in the file itself, which is there however few of the pixels are.
+std::string reportOnFile(const std::string& path, const PrivateFolder& folder) {
+    std::ifstream file(path, std::ios::binary);
+    const auto offset = cameraTiffOffset(readPart(file, 0, cameraHeadLength));
+    const std::string jpeg = offset ? exifCarrier(readPart(file, *offset, cameraHeadLength)) : std::string();
+    const std::string carrier = folder.file("camera.jpg");
+    std::ofstream(carrier, std::ios::binary) << jpeg;
+    const std::string report = jpeg.empty() ? jpeg : reportOn(carrier, false, folder);
+    return report.find(" exif:Make: ") != std::string::npos ? report : std::string();
+}
+
+int reportCamera(const std::vector<std::string>& arguments, const std::string& path, const PrivateFolder& folder) {
+    std::string report = reportOnFile(path, folder);
+    if (report.empty()) {
+        const std::string decoded = folder.file("decoded.tiff");
+        if (const int status = decodeRaw(arguments, path, folder, decoded); status != 0) {
+            return status;
+        }
+        report = reportOn(decoded, true, folder);
+    }
+    std::fputs(report.c_str(), stdout);
+    return report.empty() || std::fflush(stdout) != 0 ? fail("nothing could be told of the camera's picture") : 0;
+}
+
 int runSteps(const std::vector<std::string>& arguments, Decoding decoding, const Source& source, bool svg) {
     endWithChildren();
     const PrivateFolder folder;
@@ -189,6 +222,9 @@ int runSteps(const std::vector<std::string>& arguments, Decoding decoding, const
     }
     folder.becomeTemporaryDirectory();
     const std::string& path = arguments[inputOperand(arguments).value_or(0)];
+    if (wantsCameraReport(arguments)) {
+        return reportCamera(arguments, path, folder);
+    }
     const std::string decoded = folder.file(decoding == Decoding::cameraRaw ? "decoded.tiff" : "decoded.png");
     int status = 0;
     if (decoding == Decoding::cameraRaw) {

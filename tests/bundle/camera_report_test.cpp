@@ -40,6 +40,8 @@ TEST(CameraProperties, LeavesOutWhatSaysNothing) {
     EXPECT_EQ(cameraProperties("  Properties:\n    exif:ExposureTime: 2.5\n    exif:PhotographicSensitivity: 80\n"),
               "Image:\n  Properties:\n    exif:ExposureTime: 2.5\n    exif:ISOSpeedRatings: 80\n");
     EXPECT_EQ(cameraProperties("Image:\n  Properties:\n    exif:FNumber: 0/10\n"), "");
+    EXPECT_EQ(cameraProperties("  Properties:\n    exif:ExposureTime: 1\n    exif:FNumber: 1\n    tiff:make: A\n"),
+              "Image:\n  Properties:\n    tiff:make: A\n");
     EXPECT_EQ(cameraProperties(""), "");
 }
 

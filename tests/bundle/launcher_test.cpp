@@ -224,6 +224,16 @@ TEST_F(Launcher, TellsOfACameraWhatExiftoolReads) {
         }
         EXPECT_EQ(count, 5) << sample;
     }
+
+    // Without a maker in it the file is developed, and none of the decoder's placeholders is told.
+    std::string nameless = read(data("raw/colorchart.dng"));
+    nameless.replace(nameless.find(std::string("\x0F\x01\x02\0", 4)), 1, "\x0E");
+    ASSERT_EQ(runTool(invocation({"identify", "-verbose", write("x.dng", nameless)}), false, path("verbose")), 0);
+    const std::string verbose = read(path("verbose"));
+    EXPECT_NE(verbose.find("dng:camera.model.name: Canon EOS Kiss X4"), std::string::npos) << verbose;
+    for (const char* invented : {"exif:ExposureTime", "exif:FNumber", "1970", "1969", "icc:"}) {
+        EXPECT_EQ(verbose.find(invented), std::string::npos) << verbose;
+    }
 }
 
 TEST_F(Launcher, WritesAnSvgThatHoldsThePicture) {

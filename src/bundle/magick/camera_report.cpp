@@ -102,6 +102,18 @@ std::string exposureText(double seconds) {
     return seconds > longestFraction ? shortNumber(seconds) : "1/" + shortNumber(std::round(1 / seconds));
 }
 
+/// Takes out what LibRaw makes of an exposure that it doesn't know: both exponents zero, a second at f/1.
+void dropPlaceholders(std::string& properties) {
+    constexpr std::array lines{"    exif:ExposureTime: 1\n"sv, "    exif:FNumber: 1\n"sv};
+    const auto stands = [&](std::string_view line) { return properties.find(line) != std::string::npos; };
+    if (!std::ranges::all_of(lines, stands)) {
+        return;
+    }
+    for (const std::string_view line : lines) {
+        properties.erase(properties.find(line), line.size());
+    }
+}
+
 /// As it is shown; empty when it says nothing.
 std::string shownValue(std::string_view key, std::string_view value) {
     const auto rational = readRational(value);
@@ -164,6 +176,7 @@ std::string cameraProperties(std::string_view report) {
             properties.append(indentation).append(key).append(": ").append(value).append("\n");
         }
     }
+    dropPlaceholders(properties);
     return properties.empty() ? properties : "Image:\n" + std::string(heading) + properties;
 }
 

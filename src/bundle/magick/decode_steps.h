@@ -71,8 +71,7 @@ struct Raster {
 [[nodiscard]] MagickInvocation cameraReporter(const std::string& input, bool decoded, const std::string& output);
 
 /// The vector for ImageMagick 6 once its input lies decoded at `input`. A camera's picture with sRGB's tone curve gets
-/// a profile that says so exactly. With `svgPicture` it writes that PNG in
-/// place of its own output.
+/// a profile that says so exactly. With `svgPicture` it writes that PNG in place of its own output.
 [[nodiscard]] MagickInvocation continuation(const std::vector<std::string>& arguments, Decoding decoding,
                                             const std::string& input, const std::string& svgPicture);
 

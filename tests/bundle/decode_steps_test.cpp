@@ -53,6 +53,13 @@ TEST(WantsSvg, OfAPictureOnly) {
     EXPECT_FALSE(wantsSvg(words("identify -verbose /i.svg")));
 }
 
+TEST(MayBeSvg, ByExtensionOrContent) {
+    EXPECT_TRUE(mayBeSvg("/x.SVGZ", "\x1f"));
+    EXPECT_TRUE(mayBeSvg("/x.eps", "<"));
+    EXPECT_FALSE(mayBeSvg("/x.png", "\x89"));
+    EXPECT_FALSE(mayBeSvg("/x.jpg", ""));
+}
+
 TEST(RawDecoder, TurnsTheDefinesIntoItsOptions) {
     struct Row {
         const char* vector;
@@ -60,10 +67,10 @@ TEST(RawDecoder, TurnsTheDefinesIntoItsOptions) {
     };
     for (const Row& row : {
              Row{"-define raw:use-camera-wb=true -define raw:auto-gamma=true -density 300 /i.raf -quality 100 /o.jpg",
-                 "/usr/bin/dcraw_emu -w -T -Z /t.tiff /i"},
+                 "/usr/bin/dcraw_emu -w -g 2.4 12.92 -T -Z /t.tiff /i"},
              Row{"-define raw:use-camera-wb=true -define raw:auto-gamma=true -define raw:interpolation-quality=1 "
                  "-define raw:no-crop -define raw:no-auto-bright -density 300 /i.raf /o.tiff",
-                 "/usr/bin/dcraw_emu -w -q 1 -W -6 -T -Z /t.tiff /i"},
+                 "/usr/bin/dcraw_emu -w -g 2.4 12.92 -q 1 -W -6 -T -Z /t.tiff /i"},
              Row{"-define raw:use-camera-wb=false /i.raf /o.PNG", "/usr/bin/dcraw_emu -6 -T -Z /t.tiff /i"},
              Row{"identify -verbose /i.raf", "/usr/bin/dcraw_emu -T -Z /t.tiff /i"},
          }) {
@@ -99,6 +106,18 @@ TEST(PostScriptRenderer, IsFencedAndCropped) {
               "currentpagedevice /PageCount get 0 eq {systemdict /showpage get exec} if");
 }
 
+TEST(CameraReporter, NamesThePropertiesAsACamerasFileDoes) {
+    EXPECT_TRUE(wantsCameraReport(words("identify -verbose /i.nef")));
+    EXPECT_FALSE(wantsCameraReport(words("identify -verbose /i.tiff")));
+    EXPECT_FALSE(wantsCameraReport(words("identify -format %w /i.nef")));
+    EXPECT_EQ(cameraReporter("/c.jpg", false, "/r"),
+              invocation("/usr/bin/convert /c.jpg -set dng:make %[exif:Make] -set dng:camera.model.name %[exif:Model] "
+                         "-set dng:create.date %[exif:DateTime] -verbose info:/r"));
+    EXPECT_EQ(cameraReporter("/d.tiff", true, "/r"),
+              invocation("/usr/bin/convert /d.tiff -set dng:make %[tiff:make] -set dng:camera.model.name %[tiff:model] "
+                         "-set dng:create.date %[tiff:timestamp] -verbose info:/r"));
+}
+
 TEST(Continuation, HandsTheRestToThePreviousVersion) {
     struct Row {
         const char* vector;
@@ -110,15 +129,15 @@ TEST(Continuation, HandsTheRestToThePreviousVersion) {
              Row{"-define raw:use-camera-wb=true -define raw:auto-gamma=true -density 300 /i.nef -strip -define "
                  "png:exclude-chunk=tIME /o.png",
                  Decoding::cameraRaw, "",
-                 "/usr/bin/convert -density 300 /d -units PixelsPerInch -strip -define png:exclude-chunk=tIME /o.png"},
+                 "/usr/bin/convert -density 300 /d -units PixelsPerInch +profile icc "
+                 "-profile /usr/share/color/icc/ghostscript/srgb.icc -strip -define png:exclude-chunk=tIME /o.png"},
+             Row{"-define raw:use-camera-wb=true /i.nef /o.png", Decoding::cameraRaw, "",
+                 "/usr/bin/convert /d -units PixelsPerInch /o.png"},
              Row{"-density 300 /i.eps -define png:compression-level=9 /o.png", Decoding::postScript, "",
                  "/usr/bin/convert -density 300 /d -units PixelsPerInch -define png:compression-level=9 /o.png"},
              Row{"-density 300 /i.eps -quality 100 /o.JPG", Decoding::postScript, "",
                  "/usr/bin/convert -density 300 /d -units PixelsPerInch -quality 100 "
                  "-background white -alpha remove -alpha off /o.JPG"},
-             Row{"identify -verbose /i.nef", Decoding::cameraRaw, "",
-                 "/usr/bin/convert /d -set dng:make %[tiff:make] -set dng:camera.model.name %[tiff:model] "
-                 "-set dng:create.date %[tiff:timestamp] -verbose info:"},
              Row{"identify -verbose /i.eps", Decoding::postScript, "", "/usr/bin/identify -verbose /d"},
              Row{"/i.jpg -quality 100 /o.svg", Decoding::none, "/p.png", "/usr/bin/convert /i.jpg -quality 100 /p.png"},
          }) {

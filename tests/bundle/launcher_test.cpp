@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <thread>
 
 #include "bundle/magick/child.h"
@@ -126,10 +127,11 @@ TEST_F(Launcher, LetsPostScriptReachNoFile) {
              "(" + path("tmp/written") + ") (w) file closefile showpage",
              "(" + secret + ") (r) file closefile showpage",
              "(" + secret + ") deletefile showpage",
+             "(" + secret + ") (" + path("written") + ") renamefile showpage",
              "(%pipe%touch " + path("written") + ") (w) file closefile showpage",
          }) {
         const std::string source = write("d.eps", drawing("0 0 999 999 rectfill " + body));
-        EXPECT_NE(magick({"-density", "300", source, path("o.png")}), 0) << body;
+        EXPECT_EQ(magick({"-density", "300", source, path("o.png")}), statusSourceRefused) << body;
         EXPECT_FALSE(fs::exists(path("written"))) << body;
         EXPECT_TRUE(fs::exists(secret)) << body;
     }
@@ -156,7 +158,43 @@ TEST_F(Launcher, DecodesCameraRawUprightAtTheCamerasSize) {
     EXPECT_EQ(look(path("o.jpg"), "%wx%h %z"), "1156x1734 8");
 
     ASSERT_EQ(runTool(invocation({"identify", "-verbose", data("raw/colorchart.dng")}), false, path("verbose")), 0);
-    EXPECT_NE(read(path("verbose")).find("dng:camera.model.name: EOS Kiss X4"), std::string::npos);
+    EXPECT_NE(read(path("verbose")).find("dng:camera.model.name: Canon EOS Kiss X4"), std::string::npos);
+}
+
+TEST_F(Launcher, DevelopsCameraRawAsSrgbWithAndWithoutItsProfile) {
+    const std::vector<std::string> developed{
+        "-define", "raw:use-camera-wb=true",  "-define", "raw:auto-gamma=true", "-density",
+        "300",     data("raw/colorchart.dng")};
+    std::vector<std::string> stripped = developed;
+    stripped.insert(stripped.end(), {"-strip", path("plain.png")});
+    ASSERT_EQ(magick(stripped), 0);
+    std::vector<std::string> tagged = developed;
+    tagged.push_back(path("tagged.png"));
+    ASSERT_EQ(magick(tagged), 0);
+    EXPECT_NE(look(path("tagged.png"), "%[profile:icc]").find("sRGB"), std::string::npos);
+
+    // As whoever heeds profiles shows the one, and whoever has none to heed shows the other.
+    const std::string shown = path("shown.png");
+    ASSERT_EQ(magick({path("tagged.png"), "-profile", "/usr/share/color/icc/ghostscript/srgb.icc", "-strip", shown}),
+              0);
+    (void)runTool({"/usr/bin/compare", {"compare", "-metric", "PSNR", shown, path("plain.png"), "null:"}}, false,
+                  path("said"));
+    EXPECT_GT(std::strtod(read(path("said")).c_str(), nullptr), 45) << read(path("said"));
+}
+
+TEST_F(Launcher, ExcludesEveryChunkThatIsNamed) {
+    ASSERT_EQ(magick({"-size", "2x2", "xc:red", "-set", "Artist", "somebody", "-define", "png:exclude-chunk=tIME",
+                      "-define", "png:exclude-chunk=tEXt", "-define", "png:exclude-chunk=zTXt", path("o.png")}),
+              0);
+    EXPECT_EQ(read(path("o.png")).find("tEXt"), std::string::npos);
+}
+
+TEST_F(Launcher, LeavesNothingOfAnSvgUnderAnyName) {
+    const std::string svg = read(data("svg/logo.svg"));
+    for (const char* name : {"d.svg", "d.eps", "d.png"}) {
+        EXPECT_EQ(magick({write(name, svg), path("o.png")}), 0) << name;
+        EXPECT_TRUE(fs::is_empty(path("tmp"))) << name;
+    }
 }
 
 TEST_F(Launcher, FailsOnTruncatedCameraRaw) {
@@ -166,7 +204,35 @@ TEST_F(Launcher, FailsOnTruncatedCameraRaw) {
          {path("cut.dng"), data("raw/FujiFilm.raf"), data("raw/sample.cr2"), data("raw/sample.nef")}) {
         EXPECT_EQ(magick({"-density", "300", source, path("o.png")}), 1) << source;
         EXPECT_FALSE(fs::exists(path("o.png"))) << source;
-        EXPECT_EQ(magick({"identify", "-verbose", source}), 1) << source;
+    }
+}
+
+TEST_F(Launcher, TellsOfACameraWhatExiftoolReads) {
+    for (const char* sample : {"raw/sample.nef", "raw/sample.cr2", "raw/FujiFilm.raf"}) {
+        const std::string file = write("x[1]*%d {}" + fs::path(sample).extension().string(), read(data(sample)));
+        ASSERT_EQ(runTool(invocation({"identify", "-verbose", file}), false, path("verbose")), 0) << sample;
+        const std::string verbose = read(path("verbose"));
+        const std::vector<std::string> look{"exiftool", "-q", "-p",
+                                            "exif:ExposureTime: $ExposureTime\nexif:FNumber: ${FNumber#}\nexif:Make: "
+                                            "$Make\nexif:Model: $Model\nexif:DateTimeOriginal: $DateTimeOriginal",
+                                            file};
+        ASSERT_EQ(runTool({"/usr/bin/exiftool", look}, false, path("said")), 0) << sample;
+        std::istringstream lines(read(path("said")));
+        int count = 0;
+        for (std::string line; std::getline(lines, line); ++count) {
+            EXPECT_NE(verbose.find("    " + line + "\n"), std::string::npos) << line << " in\n" << verbose;
+        }
+        EXPECT_EQ(count, 5) << sample;
+    }
+
+    // Without a maker in it the file is developed, and none of the decoder's placeholders is told.
+    std::string nameless = read(data("raw/colorchart.dng"));
+    nameless.replace(nameless.find(std::string("\x0F\x01\x02\0", 4)), 1, "\x0E");
+    ASSERT_EQ(runTool(invocation({"identify", "-verbose", write("x.dng", nameless)}), false, path("verbose")), 0);
+    const std::string verbose = read(path("verbose"));
+    EXPECT_NE(verbose.find("dng:camera.model.name: Canon EOS Kiss X4"), std::string::npos) << verbose;
+    for (const char* invented : {"exif:ExposureTime", "exif:FNumber", "1970", "1969", "icc:"}) {
+        EXPECT_EQ(verbose.find(invented), std::string::npos) << verbose;
     }
 }
 

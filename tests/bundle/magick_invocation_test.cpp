@@ -18,6 +18,9 @@ TEST(MagickInvocation, GoesToTheProgramOfThePreviousVersionWithTheSameVector) {
         {{"identify"}, {"/usr/bin/identify", {"/usr/bin/identify"}}},
         {{"identify", "identify"}, {"/usr/bin/identify", {"/usr/bin/identify", "identify"}}},
         {{"in.png", "identify"}, {"/usr/bin/convert", {"/usr/bin/convert", "in.png", "identify"}}},
+        {{"i", "-define", "png:exclude-chunk=tIME", "-define", "x=y", "-define", "png:exclude-chunk=tEXt", "o"},
+         {"/usr/bin/convert",
+          {"/usr/bin/convert", "i", "-define", "png:exclude-chunk=tIME,tEXt", "-define", "x=y", "o"}}},
         {{"identify.png", ""}, {"/usr/bin/convert", {"/usr/bin/convert", "identify.png", ""}}},
     };
     for (const Case& c : cases) {

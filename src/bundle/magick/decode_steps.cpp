@@ -19,6 +19,7 @@ constexpr std::array<std::string_view, 10> rawExtensions{"raw", "cr2", "cr3", "n
                                                          "raf", "dng", "rw2", "orf", "pef"};
 constexpr std::array<std::string_view, 4> postScriptExtensions{"eps", "epsf", "epsi", "ps"};
 constexpr std::array<std::string_view, 3> drawingExtensions{"svg", "svgz", "mvg"};
+constexpr std::array<std::string_view, 2> vectorExtensions{"svg", "svgz"};
 constexpr std::array<std::string_view, 4> opaqueExtensions{"jpg", "jpeg", "jpe", "bmp"};
 constexpr std::array<std::string_view, 3> deepExtensions{"png", "tif", "tiff"};
 
@@ -35,17 +36,24 @@ constexpr std::array leadingOptions{
 
 struct RawRow {
     std::string_view define;
-    std::string_view option;
+    std::array<std::string_view, 3> words;  ///< as many as are not empty
     bool hasValue;
 };
 
-// "raw:auto-gamma" is the decoder's default and "raw:no-crop" has no counterpart: it never crops to less than what
-// the camera itself shows.
+// "raw:no-crop" has no counterpart: the decoder never crops to less than what the camera itself shows. Its own tone
+// curve is that of television (ITU-R BT.709), too dark for a picture whose profile gets lost; 2.4 and 12.92 make
+// that of sRGB (IEC 61966-2-1).
 constexpr std::array rawOptions{
-    RawRow{"raw:use-camera-wb", "-w", false},
-    RawRow{"raw:interpolation-quality", "-q", true},
-    RawRow{"raw:no-auto-bright", "-W", false},
+    RawRow{"raw:use-camera-wb", {"-w"}, false},
+    RawRow{"raw:auto-gamma", {"-g", "2.4", "12.92"}, false},
+    RawRow{"raw:interpolation-quality", {"-q"}, true},
+    RawRow{"raw:no-auto-bright", {"-W"}, false},
 };
+
+constexpr std::string_view srgbCurve = "raw:auto-gamma=true";
+
+// The decoder describes its curve by a plain power, which is none of sRGB's: up to a tenth off in the shadows.
+constexpr const char* srgbProfile = "/usr/share/color/icc/ghostscript/srgb.icc";
 
 constexpr std::string_view rawPrefix = "raw:";
 
@@ -84,7 +92,8 @@ void addRawOption(std::vector<std::string>& vector, std::string_view define) {
     if (row == rawOptions.end() || (!row->hasValue && value == "false")) {
         return;
     }
-    vector.emplace_back(row->option);
+    const auto end = std::ranges::find(row->words, std::string_view());
+    vector.insert(vector.end(), row->words.begin(), end);
     if (row->hasValue) {
         vector.emplace_back(value);
     }
@@ -120,25 +129,16 @@ std::string epilogue(bool ended) {
 }
 
 struct PropertyRow {
-    const char* name;   ///< as ImageMagick 7 has it from a camera's file
-    const char* value;  ///< where the decoded TIFF has it
+    const char* name;     ///< as ImageMagick 7 has it from a camera's file
+    const char* exif;     ///< where the file's own EXIF has it
+    const char* decoded;  ///< where the decoded TIFF has it
 };
 
-constexpr std::array cameraProperties{
-    PropertyRow{"dng:make", "%[tiff:make]"},
-    PropertyRow{"dng:camera.model.name", "%[tiff:model]"},
-    PropertyRow{"dng:create.date", "%[tiff:timestamp]"},
+constexpr std::array cameraRows{
+    PropertyRow{"dng:make", "%[exif:Make]", "%[tiff:make]"},
+    PropertyRow{"dng:camera.model.name", "%[exif:Model]", "%[tiff:model]"},
+    PropertyRow{"dng:create.date", "%[exif:DateTime]", "%[tiff:timestamp]"},
 };
-
-/// What `identify -verbose` prints, under the names by which a camera's properties are known.
-MagickInvocation cameraReport(const std::string& input) {
-    std::vector<std::string> vector{input};
-    for (const PropertyRow& row : cameraProperties) {
-        vector.insert(vector.end(), {"-set", row.name, row.value});
-    }
-    vector.insert(vector.end(), {"-verbose", "info:"});
-    return magickInvocation(vector);
-}
 
 }  // namespace
 
@@ -166,6 +166,10 @@ bool wantsSvg(const std::vector<std::string>& arguments) {
     return input && !identifies(arguments) && *input + 1 < arguments.size() &&
            hasExtension(arguments.back(), std::array<std::string_view, 1>{"svg"}) &&
            !hasExtension(arguments[*input], drawingExtensions);
+}
+
+bool mayBeSvg(const std::string& path, std::string_view head) {
+    return hasExtension(path, vectorExtensions) || head.starts_with('<');
 }
 
 MagickInvocation rawDecoder(const std::vector<std::string>& arguments, const std::string& input,
@@ -216,11 +220,23 @@ MagickInvocation postScriptRenderer(const Raster& raster, bool ended, const std:
     return renderer;
 }
 
+bool wantsCameraReport(const std::vector<std::string>& arguments) {
+    const auto input = inputOperand(arguments);
+    return input && identifies(arguments) && decodingOf(arguments[*input]) == Decoding::cameraRaw &&
+           std::ranges::count(arguments, "-verbose") > 0;
+}
+
+MagickInvocation cameraReporter(const std::string& input, bool decoded, const std::string& output) {
+    std::vector<std::string> vector{input};
+    for (const PropertyRow& row : cameraRows) {
+        vector.insert(vector.end(), {"-set", row.name, decoded ? row.decoded : row.exif});
+    }
+    vector.insert(vector.end(), {"-verbose", "info:" + output});
+    return magickInvocation(vector);
+}
+
 MagickInvocation continuation(const std::vector<std::string>& arguments, Decoding decoding, const std::string& input,
                               const std::string& svgPicture) {
-    if (decoding == Decoding::cameraRaw && identifies(arguments) && std::ranges::count(arguments, "-verbose") > 0) {
-        return cameraReport(input);
-    }
     const std::size_t operand = inputOperand(arguments).value_or(0);
     std::vector<std::string> vector;
     for (std::size_t index = 0; index < arguments.size(); ++index) {
@@ -236,6 +252,9 @@ MagickInvocation continuation(const std::vector<std::string>& arguments, Decodin
         if (index == operand && decoding != Decoding::none && !identifies(arguments)) {
             // A resolution a centimetre, as the decoded PNG has it, rounds to 299.72 dots an inch in a JPEG.
             vector.insert(vector.end(), {"-units", "PixelsPerInch"});
+            if (decoding == Decoding::cameraRaw && std::ranges::find(arguments, srgbCurve) != arguments.end()) {
+                vector.insert(vector.end(), {"+profile", "icc", "-profile", srgbProfile});
+            }
         }
     }
     if (!svgPicture.empty()) {

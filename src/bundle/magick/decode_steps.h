@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "bundle/magick/magick_invocation.h"
@@ -26,9 +27,13 @@ enum class Decoding { none, cameraRaw, postScript };
 /// Whether the vector asks for an SVG of something that is none. The output is its last argument.
 [[nodiscard]] bool wantsSvg(const std::vector<std::string>& arguments);
 
-/// LibRaw's `dcraw_emu`, which writes a TIFF to `output`. It turns the picture upright by itself, and brings it
-/// to sRGB with the tone curve that is its own default, which is what "raw:auto-gamma" asks for. 16 bits where
-/// the vector's output holds them.
+/// Whether ImageMagick 6 may take an input for an SVG, by its extension or its first byte. It then leaves a link in
+/// the temporary directory.
+[[nodiscard]] bool mayBeSvg(const std::string& path, std::string_view head);
+
+/// LibRaw's `dcraw_emu`, which writes a TIFF to `output`. It turns the picture upright by itself and brings it to
+/// sRGB, with that space's tone curve where the vector asks for "raw:auto-gamma". 16 bits where the vector's
+/// output holds them.
 [[nodiscard]] MagickInvocation rawDecoder(const std::vector<std::string>& arguments, const std::string& input,
                                           const std::string& output);
 
@@ -58,8 +63,15 @@ struct Raster {
 [[nodiscard]] MagickInvocation postScriptRenderer(const Raster& raster, bool ended, const std::string& input,
                                                   const std::string& output);
 
-/// The vector for ImageMagick 6 once its input lies decoded at `input`. With `svgPicture` it writes that PNG in
-/// place of its own output.
+/// Whether the vector asks for all that is known of a camera's file.
+[[nodiscard]] bool wantsCameraReport(const std::vector<std::string>& arguments);
+
+/// Writes what ImageMagick 6 knows of `input` to the file `output`, under the names as well by which version 7 has a
+/// camera's properties. `input` is a JPEG with the camera's EXIF, or the `decoded` TIFF.
+[[nodiscard]] MagickInvocation cameraReporter(const std::string& input, bool decoded, const std::string& output);
+
+/// The vector for ImageMagick 6 once its input lies decoded at `input`. A camera's picture with sRGB's tone curve gets
+/// a profile that says so exactly. With `svgPicture` it writes that PNG in place of its own output.
 [[nodiscard]] MagickInvocation continuation(const std::vector<std::string>& arguments, Decoding decoding,
                                             const std::string& input, const std::string& svgPicture);
 

@@ -2,14 +2,18 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <optional>
+#include <string_view>
 #include <system_error>
 
+#include "bundle/magick/camera_report.h"
 #include "bundle/magick/child.h"
 #include "bundle/magick/decode_steps.h"
 #include "bundle/magick/rendered_page.h"
@@ -93,6 +97,45 @@ std::string absolute(const std::string& path) {
     return error ? path : result.string();
 }
 
+/// Passes on what a tool has said, up to a length that nobody reads beyond.
+std::string repeatMessages(const std::string& messages) {
+    std::ifstream file(messages, std::ios::binary);
+    std::string said = readPart(file, 0, partLength);
+    std::fputs(said.c_str(), stderr);
+    return said;
+}
+
+/// Whether a text of any length holds a word.
+bool mentions(const std::string& path, std::string_view word) {
+    std::ifstream file(path, std::ios::binary);
+    std::string window;
+    for (std::string part(partLength, '\0'); file;
+         window.erase(0, window.size() - std::min(window.size(), word.size()))) {
+        file.read(part.data(), static_cast<std::streamsize>(part.size()));
+        window.append(part, 0, static_cast<std::size_t>(file.gcount()));
+        if (window.find(word) != std::string::npos) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// How the interpreter tells that it was stopped at its fence. Deleting and renaming end as errors of the system there.
+constexpr std::array<std::string_view, 3> fenceWords{"invalidfileaccess", "in --deletefile--", "in --renamefile--"};
+
+/// A text that was stopped at the fence is no mishap of the interpreter: it must not be tried without one.
+int interpret(const MagickInvocation& renderer, const PrivateFolder& folder) {
+    const std::string messages = folder.file("messages");
+    const int status = runTool(renderer, false, messages);
+    repeatMessages(messages);
+    if (status == 0) {
+        return 0;
+    }
+    return std::ranges::any_of(fenceWords, [&](auto word) { return mentions(messages, word); })
+               ? fail("the PostScript reaches for files it may not have", statusSourceRefused)
+               : fail("the PostScript could not be interpreted");
+}
+
 int renderPostScript(const std::vector<std::string>& arguments, const std::string& path, const Source& source,
                      const PrivateFolder& folder, const std::string& output) {
     if (source.cutOff()) {
@@ -111,8 +154,8 @@ int renderPostScript(const std::vector<std::string>& arguments, const std::strin
             return fail("the PostScript could not be copied");
         }
     }
-    if (runTool(postScriptRenderer(raster, source.ended, text, output), false) != 0) {
-        return fail("the PostScript could not be interpreted");
+    if (const int status = interpret(postScriptRenderer(raster, source.ended, text, output), folder); status != 0) {
+        return status;
     }
     switch (lookAtPage(output)) {
         case Page::missing:
@@ -133,12 +176,42 @@ int decodeRaw(const std::vector<std::string>& arguments, const std::string& path
               const std::string& output) {
     const std::string messages = folder.file("messages");
     const int status = runTool(rawDecoder(arguments, absolute(path), output), false, messages);
-    std::ifstream file(messages, std::ios::binary);
-    const std::string said = readPart(file, 0, partLength);
-    std::fputs(said.c_str(), stderr);
+    const std::string said = repeatMessages(messages);
     std::error_code error;
     const bool written = std::filesystem::file_size(output, error) > 0 && !error;
     return status == 0 && said.empty() && written ? 0 : fail("the camera's picture could not be decoded");
+}
+
+/// What a report says of the camera; empty when it says nothing.
+std::string reportOn(const std::string& picture, bool decoded, const PrivateFolder& folder) {
+    const std::string report = folder.file("report");
+    const int status = runTool(cameraReporter(picture, decoded, report), false, folder.file("warnings"));
+    std::ifstream file(report, std::ios::binary);
+    return status == 0 ? cameraProperties(std::string(std::istreambuf_iterator<char>(file), {})) : std::string();
+}
+
+/// By the EXIF in the file itself, which is there however few of the pixels are.
+std::string reportOnFile(const std::string& path, const PrivateFolder& folder) {
+    std::ifstream file(path, std::ios::binary);
+    const auto offset = cameraTiffOffset(readPart(file, 0, cameraHeadLength));
+    const std::string jpeg = offset ? exifCarrier(readPart(file, *offset, cameraHeadLength)) : std::string();
+    const std::string carrier = folder.file("camera.jpg");
+    std::ofstream(carrier, std::ios::binary) << jpeg;
+    const std::string report = jpeg.empty() ? jpeg : reportOn(carrier, false, folder);
+    return report.find(" exif:Make: ") != std::string::npos ? report : std::string();
+}
+
+int reportCamera(const std::vector<std::string>& arguments, const std::string& path, const PrivateFolder& folder) {
+    std::string report = reportOnFile(path, folder);
+    if (report.empty()) {
+        const std::string decoded = folder.file("decoded.tiff");
+        if (const int status = decodeRaw(arguments, path, folder, decoded); status != 0) {
+            return status;
+        }
+        report = reportOn(decoded, true, folder);
+    }
+    std::fputs(report.c_str(), stdout);
+    return report.empty() || std::fflush(stdout) != 0 ? fail("nothing could be told of the camera's picture") : 0;
 }
 
 int runSteps(const std::vector<std::string>& arguments, Decoding decoding, const Source& source, bool svg) {
@@ -149,6 +222,9 @@ int runSteps(const std::vector<std::string>& arguments, Decoding decoding, const
     }
     folder.becomeTemporaryDirectory();
     const std::string& path = arguments[inputOperand(arguments).value_or(0)];
+    if (wantsCameraReport(arguments)) {
+        return reportCamera(arguments, path, folder);
+    }
     const std::string decoded = folder.file(decoding == Decoding::cameraRaw ? "decoded.tiff" : "decoded.png");
     int status = 0;
     if (decoding == Decoding::cameraRaw) {
@@ -165,6 +241,12 @@ int runSteps(const std::vector<std::string>& arguments, Decoding decoding, const
         return fail("the SVG could not be written");
     }
     return status;
+}
+
+/// Whether reading the file may leave something in the temporary directory.
+bool leavesTraces(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return mayBeSvg(path, readPart(file, 0, 1));
 }
 
 /// The configuration beside this program holds for everybody who starts it: it forbids ImageMagick to start other
@@ -189,7 +271,8 @@ int runMagick(const std::vector<std::string>& arguments) {
         decoding = source ? decoding : Decoding::none;
     }
     const bool svg = wantsSvg(arguments);
-    if (decoding == Decoding::none && !svg) {
+    const bool alone = decoding == Decoding::none && !svg;
+    if (alone && !(operand && leavesTraces(arguments[*operand]))) {
         execute(magickInvocation(arguments));
     }
     return runSteps(arguments, decoding, source.value_or(Source{}), svg);

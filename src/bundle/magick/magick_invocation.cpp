@@ -6,6 +6,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <iterator>
+#include <optional>
+#include <string_view>
 #include <system_error>
 
 namespace sorvik::bundle {
@@ -19,6 +21,27 @@ constexpr const char* identifyProgram = "/usr/bin/identify";
 constexpr int statusNotExecutable = 126;
 constexpr int statusNotFound = 127;
 
+constexpr std::string_view excludedChunks = "png:exclude-chunk=";
+
+/// Version 6 keeps only the last define of a name, version 7 adds them up: several become one list.
+std::vector<std::string> withOneChunkList(const std::vector<std::string>& arguments) {
+    std::vector<std::string> merged;
+    std::optional<std::size_t> list;
+    for (const std::string& argument : arguments) {
+        const bool excludes = argument.starts_with(excludedChunks) && !merged.empty() && merged.back() == "-define";
+        if (excludes && list) {
+            merged.pop_back();
+            merged[*list] += "," + argument.substr(excludedChunks.size());
+            continue;
+        }
+        if (excludes) {
+            list = merged.size();
+        }
+        merged.push_back(argument);
+    }
+    return merged;
+}
+
 }  // namespace
 
 MagickInvocation magickInvocation(const std::vector<std::string>& arguments) {
@@ -26,7 +49,8 @@ MagickInvocation magickInvocation(const std::vector<std::string>& arguments) {
     const char* program = identifies ? identifyProgram : convertProgram;
 
     MagickInvocation invocation{program, {program}};
-    std::copy(arguments.begin() + (identifies ? 1 : 0), arguments.end(), std::back_inserter(invocation.arguments));
+    const std::vector<std::string> merged = withOneChunkList(arguments);
+    std::copy(merged.begin() + (identifies ? 1 : 0), merged.end(), std::back_inserter(invocation.arguments));
     return invocation;
 }
 

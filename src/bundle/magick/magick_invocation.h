@@ -13,7 +13,8 @@ struct MagickInvocation {
 };
 
 /// Which of ImageMagick 6's programs does what ImageMagick 7's `magick` is asked for with these arguments
-/// (without its own name): `identify` when that is the first word, `convert` for all else.
+/// (without its own name): `identify` when that is the first word, `convert` for all else. The PNG chunks to leave out
+/// stand in one define.
 [[nodiscard]] MagickInvocation magickInvocation(const std::vector<std::string>& arguments);
 
 /// Turns this process into the invocation. Where that fails it says why on standard error and ends with 126 for a

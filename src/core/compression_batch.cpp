@@ -40,7 +40,7 @@ QCoro::Task<std::optional<ConversionError>> CompressionBatch::process(WorkItem w
     showStatus(work, ConversionStatus::compressing);
     const std::optional<CompressJob> job = makeJob(work.item);
     if (!job) {
-        co_return ConversionError();
+        co_return std::make_optional<ConversionError>();
     }
     const QFuture<Attempt<QString>> checking = startChecking(*job);
     const Attempt<QString> checked = co_await checking;

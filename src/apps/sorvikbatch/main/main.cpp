@@ -6,6 +6,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <exception>
 #include <variant>
 
 #include "apps/sorvikbatch/batch_front.h"
@@ -53,7 +54,12 @@ int run(const Answer& answer) {
 }  // namespace
 
 int main(int argc, char* argv[]) {
-    const QCoreApplication application(argc, argv);
-    const CommandLine commandLine = parseCommandLine(QCoreApplication::arguments(), QDir::currentPath());
-    return std::visit([](const auto& each) { return run(each); }, commandLine);
+    try {
+        const QCoreApplication application(argc, argv);
+        const CommandLine commandLine = parseCommandLine(QCoreApplication::arguments(), QDir::currentPath());
+        return std::visit([](const auto& each) { return run(each); }, commandLine);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "sorvikbatch: %s\n", error.what());
+        return statusRowFailed;
+    }
 }

@@ -38,7 +38,7 @@ struct Codec {
 
 /// Coefficients are of 16 bits, and the whole picture's are in memory.
 void requireRoom(const jpeg_decompress_struct& info) {
-    const auto components = static_cast<unsigned>(info.num_components);
+    const auto components = static_cast<std::uint64_t>(info.num_components);
     requireDecodable({info.image_width, info.image_height, 2 * components}, Decoding::whole);
 }
 

@@ -31,7 +31,7 @@ std::vector<std::string> withOneChunkList(const std::vector<std::string>& argume
         const bool excludes = argument.starts_with(excludedChunks) && !merged.empty() && merged.back() == "-define";
         if (excludes && list) {
             merged.pop_back();
-            merged[*list] += "," + argument.substr(excludedChunks.size());
+            merged[*list].append(1, ',').append(argument, excludedChunks.size());
             continue;
         }
         if (excludes) {

@@ -224,8 +224,10 @@ TEST_F(Batch, CompressesAfterConversionWhereThereIsARecipe) {
     settings.compressionSuffix = text("-small");
     settings.pngCompressionLevel = 4;
     double given = 0;
+    QString temporary;
     engine.onCompress = [&](const QString& input, const QString& output, double value) {
         given = value;
+        temporary = output;
         QFile result(output);
         return input.endsWith(text("-small.png")) && result.open(QIODevice::WriteOnly) && result.write("small") > 0;
     };
@@ -239,7 +241,7 @@ TEST_F(Batch, CompressesAfterConversionWhereThereIsARecipe) {
     EXPECT_EQ(row(0).savingsText(), text("70.6%"));
     EXPECT_FALSE(row(1).wasCompressed);
     EXPECT_EQ(read(text("b.bmp")), "converted 1 b.jpg") << "no recipe, no affix";
-    EXPECT_EQ(QDir(QDir::tempPath()).entryList({text("sorvik_compressed_*")}), QStringList());
+    EXPECT_FALSE(temporary.isEmpty() || QFile::exists(temporary));
 }
 
 TEST_F(Batch, KeepsTheConvertedFileWhenTheRecipeGivesNothing) {

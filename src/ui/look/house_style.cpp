@@ -1,0 +1,114 @@
+#include "ui/look/house_style.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <QPushButton>
+#include <QStyleFactory>
+#include <QStyleOption>
+
+#include "ui/look/theme.h"
+
+namespace sorvik {
+namespace {
+
+constexpr qreal cornerRadius = 6;
+constexpr qreal focusWidth = 2;
+constexpr auto primaryProperty = "primary";
+
+bool isPrimary(const QWidget* widget) { return widget != nullptr && widget->property(primaryProperty).toBool(); }
+
+struct ButtonColours {
+    QColor fill;
+    QColor line;
+};
+
+ButtonColours buttonColours(const QStyleOption& option, bool primary) {
+    const bool enabled = option.state.testFlag(QStyle::State_Enabled);
+    const bool pressed = option.state.testFlag(QStyle::State_Sunken) || option.state.testFlag(QStyle::State_On);
+    const bool hovered = option.state.testFlag(QStyle::State_MouseOver);
+    if (primary && enabled) {
+        const QColor accent = option.palette.color(QPalette::Highlight);
+        const QColor fill = pressed ? accent.darker(125) : hovered ? accent.darker(110) : accent;
+        return {fill, fill};
+    }
+    const QColor line = lineColour(option.palette);
+    if (!enabled) {
+        return {option.palette.color(QPalette::Window), line};
+    }
+    const QColor fill = option.palette.color(pressed ? QPalette::Mid : hovered ? QPalette::Midlight : QPalette::Button);
+    return {fill, line};
+}
+
+void drawButtonPanel(const QStyleOption& option, QPainter& painter, bool primary) {
+    const ButtonColours colours = buttonColours(option, primary);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(colours.line, 1));
+    painter.setBrush(colours.fill);
+    painter.drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius, cornerRadius);
+    painter.restore();
+}
+
+/// A ring that stands off the accent too: the accent outside, the window's colour inside.
+void drawFocusRing(const QStyleOption& option, QPainter& painter) {
+    const qreal inset = focusWidth / 2;
+    const QRectF ring = QRectF(option.rect).adjusted(inset, inset, -inset, -inset);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(option.palette.color(QPalette::Highlight), focusWidth));
+    painter.drawRoundedRect(ring, cornerRadius, cornerRadius);
+    painter.setPen(QPen(option.palette.color(QPalette::Base), 1));
+    painter.drawRoundedRect(ring.adjusted(1.5, 1.5, -1.5, -1.5), cornerRadius - 1.5, cornerRadius - 1.5);
+    painter.restore();
+}
+
+}  // namespace
+
+HouseStyle::HouseStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
+
+void HouseStyle::makePrimary(QPushButton& button) {
+    button.setProperty(primaryProperty, true);
+    button.setDefault(true);
+}
+
+void HouseStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                               const QWidget* widget) const {
+    switch (element) {
+        case PE_PanelButtonCommand:
+            drawButtonPanel(*option, *painter, isPrimary(widget));
+            break;
+        case PE_FrameFocusRect:
+            drawFocusRing(*option, *painter);
+            break;
+        case PE_FrameDefaultButton:
+            break;
+        default:
+            QProxyStyle::drawPrimitive(element, option, painter, widget);
+    }
+}
+
+void HouseStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                             const QWidget* widget) const {
+    const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
+    if (element == CE_PushButtonLabel && button != nullptr && isPrimary(widget) &&
+        button->state.testFlag(State_Enabled)) {
+        QStyleOptionButton onAccent = *button;
+        onAccent.palette.setColor(QPalette::ButtonText, button->palette.color(QPalette::HighlightedText));
+        QProxyStyle::drawControl(element, &onAccent, painter, widget);
+        return;
+    }
+    QProxyStyle::drawControl(element, option, painter, widget);
+}
+
+int HouseStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
+    switch (metric) {
+        case PM_ButtonShiftHorizontal:
+        case PM_ButtonShiftVertical:
+            return 0;
+        default:
+            return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+}
+
+}  // namespace sorvik

@@ -56,6 +56,7 @@ QCoro::Task<> Batch::runAll() {
     begin();
     const std::vector<WorkItem> work = collectWork();
     total_ = static_cast<int>(work.size());
+    model_.totalCount = total_;
     context_ = makeBatchContext(model_.files_, model_.settings_, removeMetadata_, model_.engine_.hasImageMagick());
     const QFuture<void> folders = makeFolders();
     co_await folders;
@@ -76,6 +77,8 @@ QCoro::Task<> Batch::runAll() {
 void Batch::begin() {
     model_.isConverting = true;
     model_.processingProgress = 0;
+    model_.completedCount = 0;
+    model_.totalCount = 0;
     model_.currentlyProcessing = QString();
     tracker_.metadata[QStringLiteral("file_count")] = QString::number(model_.files_.size());
     logLine(QStringLiteral("\n📊 Starting %1 batch").arg(QLatin1StringView(words_.noun)));
@@ -195,6 +198,7 @@ void Batch::reportProgress(const QString& name) {
         return;
     }
     model_.processingProgress = static_cast<double>(completed) / total_;
+    model_.completedCount = completed;
     model_.currentlyProcessing = name;
     lastUpdate_ = now;
 }

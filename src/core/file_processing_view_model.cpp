@@ -117,10 +117,58 @@ void FileProcessingViewModel::refreshSelectionState() {
     emit selectionStateChanged();
 }
 
+void FileProcessingViewModel::setChecked(qsizetype index, bool checked) {
+    const FileItem& row = files_.at(static_cast<std::size_t>(index));
+    QSet<QUuid> ids = selectedFiles_;
+    if (!checked) {
+        ids.remove(row.id);
+    } else {
+        ids.insert(row.id);
+        for (const FileItem& other : files_) {
+            if (row.inputFormat && other.inputFormat && *other.inputFormat != *row.inputFormat) {
+                ids.remove(other.id);
+            }
+        }
+    }
+    updateSelection(ids);
+}
+
+void FileProcessingViewModel::checkAllOfSelectedFormat() {
+    if (selectedFormats_.empty()) {
+        return;
+    }
+    QSet<QUuid> ids = selectedFiles_;
+    for (const FileItem& item : files_) {
+        if (item.inputFormat == *selectedFormats_.begin()) {
+            ids.insert(item.id);
+        }
+    }
+    updateSelection(ids);
+}
+
+void FileProcessingViewModel::clearChecked() { updateSelection({}); }
+
+void FileProcessingViewModel::updateChecked(ImageFormat format) {
+    for (std::size_t index = 0; index < files_.size(); ++index) {
+        if (selectedFiles_.contains(files_[index].id)) {
+            setOutputFormat(static_cast<qsizetype>(index), format);
+        }
+    }
+    clearChecked();
+}
+
 void FileProcessingViewModel::setOutputFormat(qsizetype index, ImageFormat format) {
     if (index >= 0 && index < std::ssize(files_)) {
-        changeFile(index, [&](FileItem& item) { item.outputFormat = format; });
+        changeFile(index, [&](FileItem& item) {
+            item.outputFormat = format;
+            item.isProcessed = false;
+            item.errorMessage.reset();
+        });
     }
+}
+
+void FileProcessingViewModel::setOutputFormat(const QUuid& id, ImageFormat format) {
+    setOutputFormat(std::ranges::find(files_, id, &FileItem::id) - files_.begin(), format);
 }
 
 void FileProcessingViewModel::resetAll() {
@@ -131,7 +179,7 @@ void FileProcessingViewModel::resetAll() {
         item.conversionStatus = ConversionStatus::waiting;
         item.wasCompressed = false;
     }
-    emit filesReset();
+    emit allFilesChanged();
 }
 
 void FileProcessingViewModel::clearAll() {

@@ -17,7 +17,8 @@ constexpr int barMargin = 12;
 constexpr int stripSpacing = 8;
 constexpr int arcSide = 14;
 constexpr int arcCanvas = 16;
-constexpr int progressWidth = 120;
+constexpr QSize progressSize(160, 6);
+constexpr int stripHeight = 40;
 constexpr int primaryWidth = 116;
 
 class NoteIcon final : public QWidget {
@@ -105,6 +106,7 @@ QWidget* BottomBarView::makeReadyNote() {
     texts->setSpacing(1);
     texts->addWidget(readyLabel_);
     texts->addWidget(messageLabel_);
+    texts->addWidget(makeProgressNote());
     auto* row = new QHBoxLayout(note);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(6);
@@ -113,28 +115,30 @@ QWidget* BottomBarView::makeReadyNote() {
     return note;
 }
 
+/// Stands where the message of the last batch stood, so that the bar keeps its height.
 QWidget* BottomBarView::makeProgressNote() {
-    auto* note = new QWidget(this);
+    progress_ = new QWidget(this);
+    setTextStyle(*progressLabel_, TextStyle::caption);
     progressBar_->setTextVisible(false);
-    progressBar_->setFixedWidth(progressWidth);
-    auto* row = new QHBoxLayout(note);
+    progressBar_->setFixedSize(progressSize);
+    auto* row = new QHBoxLayout(progress_);
     row->setContentsMargins(0, 0, 0, 0);
-    row->addWidget(progressBar_);
+    row->addWidget(progressBar_, 0, Qt::AlignVCenter);
     row->addWidget(progressLabel_);
-    row->addWidget(stop_);
-    return note;
+    row->addStretch();
+    return progress_;
 }
 
 QWidget* BottomBarView::makeMainStrip() {
     auto* strip = new QWidget(this);
+    strip->setMinimumHeight(stripHeight);
     ready_ = makeReadyNote();
-    progress_ = makeProgressNote();
     auto* row = new QHBoxLayout(strip);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(stripSpacing);
     row->addWidget(ready_);
     row->addStretch();
-    row->addWidget(progress_);
+    row->addWidget(stop_);
     row->addWidget(again_);
     row->addWidget(primary_);
     row->addWidget(preferences_);
@@ -153,6 +157,7 @@ void BottomBarView::show(const BottomBarState& state) {
     messageLabel_->setText(state.message);
     messageLabel_->setVisible(isIdle && !state.message.isEmpty());
     progress_->setVisible(state.isConverting && state.totalCount > 0);
+    stop_->setVisible(state.isConverting);
     progressBar_->setRange(0, std::max(state.totalCount, 1));
     progressBar_->setValue(state.completedCount);
     progressLabel_->setText(progressText(state));

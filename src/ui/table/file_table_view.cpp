@@ -22,6 +22,7 @@
 namespace sorvik {
 namespace {
 
+constexpr int headerHeight = 30;
 constexpr int rowPadding = 14;                      // above and below a single line of text together
 constexpr int errorPadding = 12;                    // where a second line stands below it
 constexpr std::chrono::milliseconds seenDelay{60};  // rows that only fly past are not asked
@@ -73,6 +74,8 @@ void FileTableView::setUpRows() {
 void FileTableView::setUpColumns() {
     QHeaderView& header = *horizontalHeader();
     header.setHighlightSections(false);
+    header.setFont(styledFont(font(), TextStyle::caption));
+    header.setFixedHeight(headerHeight);
     header.setSectionsClickable(false);
     header.setSectionsMovable(false);
     header.setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);

@@ -118,7 +118,7 @@ QPixmap running() {
     stage.window.content().start();
     while (ended.size() < 4 && ended.wait(patience)) {
     }
-    QTest::qWait(600);
+    QTest::qWait(150);
     return picture(stage.window);
 }
 

@@ -6,6 +6,8 @@
 #include <QStyleFactory>
 #include <QStyleOption>
 
+#include <algorithm>
+
 #include "ui/look/theme.h"
 
 namespace sorvik {
@@ -14,6 +16,7 @@ namespace {
 constexpr qreal cornerRadius = 6;
 constexpr qreal focusWidth = 2;
 constexpr int headerMargin = 8;
+constexpr int tabPadding = 14;  // above and below a tab's label together
 constexpr auto primaryProperty = "primary";
 
 bool isPrimary(const QWidget* widget) { return widget != nullptr && widget->property(primaryProperty).toBool(); }
@@ -76,6 +79,67 @@ void drawHeaderSection(const QStyleOptionHeader& option, QPainter& painter) {
     }
 }
 
+/// Also in a row that is highlighted, where the accent alone could not be told from the row.
+void drawCheckBox(const QStyleOption& option, QPainter& painter) {
+    constexpr qreal radius = 3.5;
+    const bool on = option.state.testFlag(QStyle::State_On);
+    const bool enabled = option.state.testFlag(QStyle::State_Enabled);
+    const QColor accent = option.palette.color(enabled ? QPalette::Highlight : QPalette::Mid);
+    const QRectF box = QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(on ? QPen(option.palette.color(QPalette::Base), 1)
+                      : QPen(option.palette.color(QPalette::PlaceholderText), 1));
+    painter.setBrush(on ? accent : option.palette.color(QPalette::Base));
+    painter.drawRoundedRect(box, radius, radius);
+    if (on) {
+        const QRectF tick =
+            box.adjusted(box.width() * 0.24, box.height() * 0.28, -box.width() * 0.22, -box.height() * 0.26);
+        painter.setPen(
+            QPen(option.palette.color(QPalette::HighlightedText), 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        painter.drawPolyline(QPolygonF{{tick.left(), tick.top() + tick.height() * 0.55},
+                                       {tick.left() + tick.width() * 0.36, tick.bottom()},
+                                       {tick.right(), tick.top()}});
+    }
+    painter.restore();
+}
+
+/// The open tab is told by a bar in the accent's colour.
+void drawTab(const QStyleOptionTab& option, QPainter& painter) {
+    constexpr int barHeight = 3;
+    constexpr int barInset = 10;
+    const bool selected = option.state.testFlag(QStyle::State_Selected);
+    if (!selected && option.state.testFlag(QStyle::State_MouseOver)) {
+        painter.fillRect(option.rect, option.palette.color(QPalette::Midlight));
+    }
+    if (selected) {
+        const QRectF bar(option.rect.left() + barInset, option.rect.bottom() + 1 - barHeight,
+                         option.rect.width() - 2 * barInset, barHeight);
+        painter.save();
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(option.palette.color(QPalette::Highlight));
+        painter.drawRoundedRect(bar, barHeight / 2.0, barHeight / 2.0);
+        painter.restore();
+    }
+}
+
+void drawProgressGroove(const QStyleOptionProgressBar& option, QPainter& painter) {
+    const QRectF groove(option.rect);
+    const qreal radius = groove.height() / 2;
+    const int span = std::max(option.maximum - option.minimum, 1);
+    QRectF done = groove;
+    done.setWidth(groove.width() * (option.progress - option.minimum) / span);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(option.palette.color(QPalette::Mid));
+    painter.drawRoundedRect(groove, radius, radius);
+    painter.setBrush(option.palette.color(QPalette::Highlight));
+    painter.drawRoundedRect(done, radius, radius);
+    painter.restore();
+}
+
 }  // namespace
 
 HouseStyle::HouseStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
@@ -96,6 +160,13 @@ void HouseStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
             break;
         case PE_FrameDefaultButton:
             break;
+        case PE_IndicatorCheckBox:
+            drawCheckBox(*option, *painter);
+            break;
+        case PE_FrameTabBarBase:
+            painter->fillRect(QRect(option->rect.left(), option->rect.bottom(), option->rect.width(), 1),
+                              lineColour(option->palette));
+            break;
         default:
             QProxyStyle::drawPrimitive(element, option, painter, widget);
     }
@@ -106,6 +177,16 @@ void HouseStyle::drawControl(ControlElement element, const QStyleOption* option,
     if (const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option);
         element == CE_HeaderSection && header != nullptr) {
         drawHeaderSection(*header, *painter);
+        return;
+    }
+    if (const auto* tab = qstyleoption_cast<const QStyleOptionTab*>(option);
+        element == CE_TabBarTabShape && tab != nullptr) {
+        drawTab(*tab, *painter);
+        return;
+    }
+    if (const auto* progress = qstyleoption_cast<const QStyleOptionProgressBar*>(option);
+        element == CE_ProgressBar && progress != nullptr && !progress->textVisible) {
+        drawProgressGroove(*progress, *painter);
         return;
     }
     const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
@@ -123,7 +204,13 @@ int HouseStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, cons
     switch (metric) {
         case PM_ButtonShiftHorizontal:
         case PM_ButtonShiftVertical:
+        case PM_TabBarTabShiftHorizontal:
+        case PM_TabBarTabShiftVertical:
+        case PM_TabBarTabOverlap:
+        case PM_TabBarBaseOverlap:
             return 0;
+        case PM_TabBarTabVSpace:
+            return tabPadding;
         case PM_HeaderMargin:
             return headerMargin;
         default:

@@ -18,7 +18,6 @@ constexpr int statusArcSide = 8;  // a box of 16, scaled by a half
 constexpr int metadataArcSide = 8;
 constexpr int chevronSide = 12;
 constexpr int statusSpacing = 6;
-constexpr int lineGap = 1;
 constexpr qreal pickerRadius = 5;
 
 const QStyle& styleOf(const QStyleOptionViewItem& option) {
@@ -83,14 +82,13 @@ void NameDelegate::paintContent(QPainter& painter, const QStyleOptionViewItem& o
     QRect box = nameTextBox(option.rect, hasIcon);
     if (file.errorMessage) {
         const QFont caption = styledFont(option.font, TextStyle::caption);
-        const int nameHeight = QFontMetrics(option.font).height();
-        const int captionHeight = QFontMetrics(caption).height();
-        const int top = box.top() + (box.height() - nameHeight - lineGap - captionHeight) / 2;
-        const QRect below(box.left(), top + nameHeight + lineGap, box.width(), captionHeight);
-        box = QRect(box.left(), top, box.width(), nameHeight);
+        const int lineHeight = QFontMetrics(option.font).height();
+        const int below = messageHeight(caption, *file.errorMessage, box.width());
+        box = QRect(box.left(), box.top() + (box.height() - lineHeight - below) / 2, box.width(), lineHeight);
         const bool selected = option.state.testFlag(QStyle::State_Selected);
-        paintText(painter, below, selected ? inkOf(option, QPalette::Text) : failureColour(option.palette), caption,
-                  *file.errorMessage);
+        painter.setPen(selected ? inkOf(option, QPalette::Text) : failureColour(option.palette));
+        painter.setFont(caption);
+        painter.drawText(QRect(box.left(), box.bottom() + 1, box.width(), below), Qt::TextWordWrap, *file.errorMessage);
     }
     paintText(painter, box, inkOf(option, QPalette::Text), option.font, file.name(), Qt::ElideMiddle);
     if (hasIcon) {

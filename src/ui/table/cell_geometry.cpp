@@ -1,5 +1,11 @@
 #include "ui/table/cell_geometry.h"
 
+#include <QFontMetrics>
+
+#include <algorithm>
+
+#include "ui/look/theme.h"
+
 namespace sorvik {
 namespace {
 
@@ -34,6 +40,17 @@ QRect nameTextBox(const QRect& nameCell, bool hasIcon) {
         box.setRight(metadataIconBox(nameCell).left() - cellPadding / 2);
     }
     return box;
+}
+
+int messageHeight(const QFont& captionFont, const QString& message, int width) {
+    constexpr int mostLines = 3;
+    const QFontMetrics metrics(captionFont);
+    const QRect bounds = metrics.boundingRect(0, 0, width, 0, Qt::TextWordWrap, message);
+    return std::min(bounds.height(), mostLines * metrics.lineSpacing());
+}
+
+int nameHeight(const QFont& font, const QString& message, int width) {
+    return QFontMetrics(font).height() + messageHeight(styledFont(font, TextStyle::caption), message, width);
 }
 
 Hotspot hotspotOf(const FileItem& item, Column column, bool hasIcon) {

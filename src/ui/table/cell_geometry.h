@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFont>
 #include <QPoint>
 #include <QRect>
 
@@ -28,6 +29,12 @@ enum class Hotspot { nothing, checkBox, metadata, picker, reveal };
 
 /// Where a row's texts stand beside its icon.
 [[nodiscard]] QRect nameTextBox(const QRect& nameCell, bool hasIcon);
+
+/// How high a name and the message below it are together.
+[[nodiscard]] int nameHeight(const QFont& font, const QString& message, int width);
+
+/// How high a message is at a width, at most three lines.
+[[nodiscard]] int messageHeight(const QFont& captionFont, const QString& message, int width);
 
 /// What a cell of a row offers, wherever in the cell.
 [[nodiscard]] Hotspot hotspotOf(const FileItem& item, Column column, bool hasIcon);

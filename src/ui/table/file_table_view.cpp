@@ -27,11 +27,7 @@ constexpr int rowPadding = 14;                      // above and below a single 
 constexpr int errorPadding = 12;                    // where a second line stands below it
 constexpr std::chrono::milliseconds seenDelay{60};  // rows that only fly past are not asked
 
-int heightOfRow(const QFont& font, bool hasError) {
-    const int line = QFontMetrics(font).height();
-    const int caption = QFontMetrics(styledFont(font, TextStyle::caption)).height();
-    return hasError ? line + caption + errorPadding : std::max(line + rowPadding, 30);
-}
+int plainHeight(const QFont& font) { return std::max(QFontMetrics(font).height() + rowPadding, 30); }
 
 /// For a tool tip: a file's name may look like markup.
 QString asPlainText(const QString& text) {
@@ -68,7 +64,7 @@ void FileTableView::setUpRows() {
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setMinimumSectionSize(1);
-    verticalHeader()->setDefaultSectionSize(heightOfRow(font(), false));
+    verticalHeader()->setDefaultSectionSize(plainHeight(font()));
 }
 
 void FileTableView::setUpColumns() {
@@ -166,6 +162,10 @@ void FileTableView::fitColumns() {
 }
 
 void FileTableView::holdWidth(int column, int, int to) {
+    if (column == columnIndex(Column::name)) {
+        errorHeights_.clear();
+        fitRows(0, model_.rowCount() - 1);
+    }
     if (fitting_ || isColumnHidden(column)) {
         return;
     }
@@ -175,11 +175,25 @@ void FileTableView::holdWidth(int column, int, int to) {
     }
 }
 
+/// The reason of a failure is shown whole, as far as three lines go. Few rows differ in it, so that the lines are
+/// counted once.
+int FileTableView::heightOf(const FileItem& item) {
+    if (!item.errorMessage) {
+        return plainHeight(font());
+    }
+    auto known = errorHeights_.find(*item.errorMessage);
+    if (known == errorHeights_.end()) {
+        const QRect cell(0, 0, columnWidth(columnIndex(Column::name)), 0);
+        const int width = nameTextBox(cell, hasIcon(item)).width();
+        known =
+            errorHeights_.insert(*item.errorMessage, nameHeight(font(), *item.errorMessage, width) + rowPadding - 4);
+    }
+    return *known;
+}
+
 void FileTableView::fitRows(int first, int last) {
-    const int plain = heightOfRow(font(), false);
-    const int withError = heightOfRow(font(), true);
     for (int row = first; row <= last; ++row) {
-        const int height = list_.files()[static_cast<std::size_t>(row)].errorMessage ? withError : plain;
+        const int height = heightOf(list_.files()[static_cast<std::size_t>(row)]);
         if (verticalHeader()->sectionSize(row) != height) {
             verticalHeader()->resizeSection(row, height);
         }
@@ -196,6 +210,7 @@ void FileTableView::changeEvent(QEvent* event) {
     QTableView::changeEvent(event);
     if (event->type() == QEvent::FontChange) {
         setUpRows();
+        errorHeights_.clear();
         fitRows(0, model_.rowCount() - 1);
     }
 }
@@ -316,7 +331,7 @@ QString FileTableView::hintUnder(const QPoint& point) const {
         default:
             break;
     }
-    const bool onError = item.errorMessage && point.y() > cell.center().y();
+    const bool onError = item.errorMessage && point.y() > cell.top() + plainHeight(font()) - rowPadding / 2;
     return index.column() == columnIndex(Column::name) && onError ? *item.errorMessage
                                                                   : index.data(Qt::ToolTipRole).toString();
 }

@@ -70,6 +70,7 @@ private:
     void fitColumns();
     void holdWidth(int column, int from, int to);
     void fitRows(int first, int last);
+    [[nodiscard]] int heightOf(const FileItem& item);
     void lookAtSeenRows();
     void turnArcs();
     void takeSelection();
@@ -80,6 +81,7 @@ private:
     FileTableModel& model_;
     ProcessingMode mode_;
     MetadataIcons* icons_;
+    QHash<QString, int> errorHeights_;  // of rows with a message, at the width that the names have now
     QTimer seenTimer_;
     QTimer arcTimer_;
     QPersistentModelIndex pressed_;

@@ -3,9 +3,9 @@
 #include <QGridLayout>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QPainter>
 #include <QScreen>
 #include <QScrollArea>
-#include <QScrollBar>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -91,7 +91,6 @@ MetadataPopoverView::MetadataPopoverView(const QMap<QString, QString>& metadata,
     setObjectName(QStringLiteral("metadataPopover"));
     setAccessibleName(QStringLiteral("Metadata"));
     setAttribute(Qt::WA_DeleteOnClose);
-    setFrameShape(QFrame::StyledPanel);
     setBackgroundRole(QPalette::Base);
     setAutoFillBackground(true);
     setFixedWidth(popoverWidth);
@@ -116,6 +115,12 @@ void MetadataPopoverView::popUp(const QRect& anchor) {
     const int left = std::min(anchor.left(), room.right() - width());
     move(std::max(left, room.left()), std::max(top, room.top()));
     show();
+}
+
+void MetadataPopoverView::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setPen(lineColour(palette()));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
 }  // namespace sorvik

@@ -13,8 +13,11 @@ class MetadataPopoverView final : public QFrame {
 public:
     explicit MetadataPopoverView(const QMap<QString, QString>& metadata, QWidget* parent = nullptr);
 
-    /// Opens at a point of the screen, inside the screen; deletes itself when closed.
+    /// Opens below or above something on the screen, in global coordinates; deletes itself when closed.
     void popUp(const QRect& anchor);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
 };
 
 }  // namespace sorvik

@@ -5,24 +5,70 @@
 #include <utility>
 
 #include "engines/replacement_journal.h"
+#include "platform/bundle.h"
+#include "platform/desktop/file_manager.h"
 #include "services/temporary_files.h"
 #include "ui/look/theme.h"
+#include "ui/update_messages.h"
 
 namespace sorvik {
+namespace {
 
-SorvikApp::SorvikApp(std::shared_ptr<DefaultsStore> store) : settings_(std::move(store)) {
+std::unique_ptr<Updater> makeUpdater(const std::shared_ptr<DefaultsStore>& store) {
+    return std::make_unique<Updater>(Updater::Configuration::of(Bundle::main()), store);
+}
+
+}  // namespace
+
+SorvikApp::SorvikApp(std::shared_ptr<DefaultsStore> store)
+    : store_(std::move(store)),
+      updater_(makeUpdater(store_)),
+      settings_(store_),
+      updateController_(updater_.get(), &settings_) {
+    followAppearance();
+    startUpdater();
+    sweepUp();
+}
+
+/// The window goes first: what a batch has in flight is waited for while all services still stand.
+SorvikApp::~SorvikApp() { window_.reset(); }
+
+void SorvikApp::followAppearance() {
     connect(&settings_, &AppSettings::appearanceApplied, this, [](bool dark) { applyTheme(*qApp, dark); });
-    settings_.applyAppearance();
+    connect(&appearance_, &DesktopAppearance::changed, &settings_, &AppSettings::systemAppearanceChanged);
+    settings_.setSystemDarkSource([this] { return appearance_.isDark(); });
+    appearance_.start();
+}
+
+void SorvikApp::startUpdater() {
+    auto started = makeUpdater(store_);
+    started->start(&updateController_);
+    updateController_.setUpdater(started.get());
+    updater_ = std::move(started);
+}
+
+void SorvikApp::sweepUp() {
     recoverReplacements();
     TempFileManager::shared().cleanupOrphanedFiles();
 }
 
-void SorvikApp::makeWindow() { window_ = std::make_unique<RootView>(engine_, settings_); }
+void SorvikApp::makeWindow() {
+    window_ = std::make_unique<RootView>(engine_, settings_);
+    connect(window_.get(), &RootView::revealRequested, this, [](const QUrl& file) { revealInFileManager(file); });
+    new UpdateMessages(*updater_, *window_, window_.get());
+}
 
 void SorvikApp::show(const QList<QUrl>& files) {
     makeWindow();
     window_->show();
     window_->addFiles(files);
+}
+
+void SorvikApp::takeOver(const QList<QUrl>& files, const QByteArray& activationToken) {
+    // Read by the window system's plugin when the window asks for the focus.
+    qputenv("XDG_ACTIVATION_TOKEN", activationToken);
+    window_->addFiles(files);
+    window_->present();
 }
 
 }  // namespace sorvik

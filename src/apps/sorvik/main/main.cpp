@@ -9,6 +9,7 @@
 
 #include "apps/sorvik/sorvik_app.h"
 #include "platform/defaults_store.h"
+#include "platform/desktop/single_instance.h"
 
 using namespace sorvik;
 
@@ -32,6 +33,7 @@ QList<QUrl> namedFiles(const QApplication& application) {
 }
 
 int run(int argc, char* argv[]) {
+    const QByteArray token = SingleInstance::activationToken();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("sorvik"));
     QApplication::setApplicationDisplayName(QStringLiteral("Sorvik"));
@@ -39,7 +41,12 @@ int run(int argc, char* argv[]) {
     QApplication::setDesktopFileName(QStringLiteral("sorvik"));
     std::signal(SIGPIPE, SIG_IGN);  // a reader of the log that has gone must not end the program
     const QList<QUrl> files = namedFiles(application);
+    SingleInstance instance;
+    if (instance.start({files, token}) == SingleInstance::Role::handedOver) {
+        return 0;
+    }
     SorvikApp app(std::make_shared<IniDefaultsStore>(userDefaultsPath()));
+    QObject::connect(&instance, &SingleInstance::received, &app, &SorvikApp::takeOver);
     app.show(files);
     return QApplication::exec();
 }

@@ -28,6 +28,9 @@ public:
     /// What a second start of the program asks for: its files in the list and the window in front.
     void takeOver(const QList<QUrl>& files, const QByteArray& activationToken);
 
+    /// Closes the main window, which ends the program.
+    void close() { window_->close(); }
+
     [[nodiscard]] RootView& window() { return *window_; }
     [[nodiscard]] AppSettings& settings() { return settings_; }
 

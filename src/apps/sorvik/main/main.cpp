@@ -10,6 +10,7 @@
 #include "apps/sorvik/sorvik_app.h"
 #include "platform/defaults_store.h"
 #include "platform/desktop/single_instance.h"
+#include "platform/interrupt.h"
 
 using namespace sorvik;
 
@@ -41,14 +42,18 @@ int run(int argc, char* argv[]) {
     QApplication::setDesktopFileName(QStringLiteral("sorvik"));
     std::signal(SIGPIPE, SIG_IGN);  // a reader of the log that has gone must not end the program
     const QList<QUrl> files = namedFiles(application);
-    SingleInstance instance;
-    if (instance.start({files, token}) == SingleInstance::Role::handedOver) {
+    auto instance = std::make_unique<SingleInstance>();
+    if (instance->start({files, token}) == SingleInstance::Role::handedOver) {
         return 0;
     }
     SorvikApp app(std::make_shared<IniDefaultsStore>(userDefaultsPath()));
-    QObject::connect(&instance, &SingleInstance::received, &app, &SorvikApp::takeOver);
+    QObject::connect(instance.get(), &SingleInstance::received, &app, &SorvikApp::takeOver);
+    const Interrupt interrupt;
+    QObject::connect(&interrupt, &Interrupt::raised, &app, &SorvikApp::close);
     app.show(files);
-    return QApplication::exec();
+    const int status = QApplication::exec();
+    instance.reset();  // while the last files are finished, a new start is one of its own
+    return status;
 }
 
 }  // namespace

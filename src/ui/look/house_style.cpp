@@ -16,6 +16,8 @@ namespace {
 constexpr qreal cornerRadius = 6;
 constexpr qreal focusWidth = 2;
 constexpr int headerMargin = 8;
+constexpr int buttonMargin = 10;  // round a label, both sides together
+constexpr int scrollBarWidth = 13;
 constexpr int tabPadding = 14;  // above and below a tab's label together
 constexpr auto primaryProperty = "primary";
 
@@ -124,6 +126,21 @@ void drawTab(const QStyleOptionTab& option, QPainter& painter) {
     }
 }
 
+/// A thumb on a quiet ground; the ends still step when they are pressed.
+void drawScrollBar(const QStyleOptionSlider& option, const QRect& thumb, QPainter& painter) {
+    constexpr int inset = 3;
+    const bool held = option.state.testFlag(QStyle::State_Sunken) || option.state.testFlag(QStyle::State_MouseOver);
+    painter.save();
+    painter.fillRect(option.rect, option.palette.color(QPalette::Window));
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(option.palette.color(held ? QPalette::PlaceholderText : QPalette::Dark));
+    const QRectF box = QRectF(thumb).adjusted(inset, inset, -inset, -inset);
+    const qreal radius = std::min(box.width(), box.height()) / 2;
+    painter.drawRoundedRect(box, radius, radius);
+    painter.restore();
+}
+
 void drawProgressGroove(const QStyleOptionProgressBar& option, QPainter& painter) {
     const QRectF groove(option.rect);
     const qreal radius = groove.height() / 2;
@@ -200,6 +217,16 @@ void HouseStyle::drawControl(ControlElement element, const QStyleOption* option,
     QProxyStyle::drawControl(element, option, painter, widget);
 }
 
+void HouseStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                                    const QWidget* widget) const {
+    const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
+    if (control == CC_ScrollBar && bar != nullptr) {
+        drawScrollBar(*bar, subControlRect(control, option, SC_ScrollBarSlider, widget), *painter);
+        return;
+    }
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
+}
+
 int HouseStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
     switch (metric) {
         case PM_ButtonShiftHorizontal:
@@ -211,6 +238,10 @@ int HouseStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, cons
             return 0;
         case PM_TabBarTabVSpace:
             return tabPadding;
+        case PM_ButtonMargin:
+            return buttonMargin;
+        case PM_ScrollBarExtent:
+            return scrollBarWidth;
         case PM_HeaderMargin:
             return headerMargin;
         default:

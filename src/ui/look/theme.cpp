@@ -35,7 +35,7 @@ constexpr std::array colours{
     ColourRow{QPalette::Light, 0xFFFFFFFF, 0xFF3A3D44},
     ColourRow{QPalette::Midlight, 0xFFE8EAED, 0xFF34373D},
     ColourRow{QPalette::Mid, 0xFFC4C8CF, 0xFF4A4E56},
-    ColourRow{QPalette::Dark, 0xFF9EA3AC, 0xFF101113},
+    ColourRow{QPalette::Dark, 0xFF9EA3AC, 0xFF5E636C},
     ColourRow{QPalette::Shadow, 0xFF6D7178, 0xFF000000},
 };
 

@@ -55,6 +55,12 @@ FileProcessingViewModel::FileProcessingViewModel(BatchEngine& engine, QObject* p
     : QObject(parent), engine_(engine) {
     // One thread more than files in flight, so that a drop is read while a batch runs.
     pool_.setMaxThreadCount(maxConcurrentOperations(QThread::idealThreadCount()) + 1);
+    MemoryPressureMonitor& monitor = MemoryPressureMonitor::shared();
+    monitor.addCleanupHandler(*this, [this](PressureLevel level) {
+        QMetaObject::invokeMethod(
+            this, [this, level] { respondToPressure(level); }, Qt::QueuedConnection);
+    });
+    monitor.startMonitoring();
 }
 
 FileProcessingViewModel::~FileProcessingViewModel() {
@@ -89,6 +95,17 @@ void FileProcessingViewModel::addFiles(std::vector<FileItem> items, ProcessingMo
     if (startsItself) {
         QTimer::singleShot(autoCompressionDelay, this,
                            [this] { startCompression(settings_ != nullptr && settings_->removeMetadata); });
+    }
+}
+
+void FileProcessingViewModel::respondToPressure(PressureLevel level) {
+    logLine(QStringLiteral("📊 FileProcessingViewModel: Responding to ") + displayName(level) +
+            QStringLiteral(" memory pressure"));
+    engine_.clearResultCache();
+    engine_.clearSignatureCache();
+    if (level == PressureLevel::critical) {
+        batchCompletionMessage = std::nullopt;
+        logLine(QStringLiteral("   Cleared caches and temporary data"));
     }
 }
 

@@ -18,6 +18,7 @@
 #include "core/app_settings.h"
 #include "core/batch_engine.h"
 #include "core/file_item.h"
+#include "services/memory_pressure_monitor.h"
 
 namespace sorvik {
 
@@ -127,6 +128,7 @@ private:
     friend class Batch;
 
     void addFiles(std::vector<FileItem> items, ProcessingMode mode);
+    void respondToPressure(PressureLevel level);
 
     /// Changes one row and says so.
     template <typename Change>

@@ -28,6 +28,7 @@ SorvikApp::SorvikApp(std::shared_ptr<DefaultsStore> store)
     followAppearance();
     startUpdater();
     sweepUp();
+    notifications_.requestPermission();
 }
 
 /// The window goes first: what a batch has in flight is waited for while all services still stand.
@@ -55,7 +56,16 @@ void SorvikApp::sweepUp() {
 void SorvikApp::makeWindow() {
     window_ = std::make_unique<RootView>(engine_, settings_);
     connect(window_.get(), &RootView::revealRequested, this, [](const QUrl& file) { revealInFileManager(file); });
+    connect(&window_->content().list(), &FileProcessingViewModel::batchEnded, this, &SorvikApp::tellEnd);
+    connect(&notificationCentre_, &DBusNotificationCentre::activated, window_.get(), &RootView::present);
     new UpdateMessages(*updater_, *window_, window_.get());
+}
+
+/// A batch that had nothing to do has nothing to tell.
+void SorvikApp::tellEnd(int succeeded, int failed, bool cancelled) {
+    if (succeeded > 0 || failed > 0 || cancelled) {
+        notifications_.sendCompletionNotification(succeeded, failed, cancelled);
+    }
 }
 
 void SorvikApp::show(const QList<QUrl>& files) {

@@ -7,7 +7,9 @@
 #include "core/app_settings.h"
 #include "core/batch_engine.h"
 #include "core/update_controller.h"
+#include "platform/desktop/dbus_notification_centre.h"
 #include "platform/desktop/desktop_appearance.h"
+#include "services/notification_service.h"
 #include "services/updates/updater.h"
 #include "ui/root_view.h"
 
@@ -39,11 +41,14 @@ private:
     void startUpdater();
     void sweepUp();
     void makeWindow();
+    void tellEnd(int succeeded, int failed, bool cancelled);
 
     std::shared_ptr<DefaultsStore> store_;
     std::unique_ptr<Updater> updater_;  // first one that is never started, for the controller to hold
     AppSettings settings_;
     UpdateController updateController_;
+    DBusNotificationCentre notificationCentre_;
+    NotificationService notifications_{notificationCentre_};
     DesktopAppearance appearance_;
     SystemBatchEngine engine_;
     std::unique_ptr<RootView> window_;

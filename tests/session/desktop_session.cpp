@@ -16,11 +16,11 @@ QString firstLine(QProcess& process) {
 }  // namespace
 
 DesktopSession::DesktopSession() {
-    xServer_.start(QStringLiteral("Xvfb"), {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
-                                            QStringLiteral("0"), QStringLiteral("1280x800x24"),
-                                            QStringLiteral("-nolisten"), QStringLiteral("tcp")});
-    bus_.start(QStringLiteral("dbus-daemon"), {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                                               QStringLiteral("--print-address")});
+    xServer_.start(QStringLiteral("Xvfb"),
+                   {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"), QStringLiteral("0"),
+                    QStringLiteral("1280x800x24"), QStringLiteral("-nolisten"), QStringLiteral("tcp")});
+    bus_.start(QStringLiteral("dbus-daemon"),
+               {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address")});
     display_ = u':' + firstLine(xServer_);
     busAddress_ = firstLine(bus_);
     QDBusConnection connection = QDBusConnection::connectToBus(busAddress_, connectionName);
@@ -62,15 +62,18 @@ std::unique_ptr<QProcess> DesktopSession::start(const QStringList& files) const 
     return process;
 }
 
-void DesktopSession::press(const QString& key) const {
+void DesktopSession::tool(const QStringList& arguments) const {
     QProcess tool;
     tool.setProcessEnvironment(environment());
-    tool.start(QStringLiteral("xdotool"), {QStringLiteral("search"), QStringLiteral("--sync"),
-                                           QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
-                                           QStringLiteral("^Sorvik$"), QStringLiteral("windowfocus"),
-                                           QStringLiteral("--sync"), QStringLiteral("key"), key});
+    tool.start(QStringLiteral("xdotool"), arguments);
     EXPECT_TRUE(tool.waitForFinished(patience));
     EXPECT_EQ(tool.exitCode(), 0) << tool.readAllStandardError().toStdString();
+}
+
+void DesktopSession::press(const QString& key) const {
+    tool({QStringLiteral("search"), QStringLiteral("--sync"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
+          QStringLiteral("^Sorvik$"), QStringLiteral("windowfocus"), QStringLiteral("--sync")});
+    tool({QStringLiteral("key"), key});
 }
 
 }  // namespace sorvik

@@ -60,6 +60,7 @@ public:
 
 private:
     [[nodiscard]] QProcessEnvironment environment() const;
+    void tool(const QStringList& arguments) const;
 
     QTemporaryDir folder_;
     QProcess xServer_;

@@ -15,9 +15,8 @@ class AppSettings;
 
 /// Ties the updater to the settings: whether it checks by itself follows `automaticUpdateCheck`, now and later. Asks
 /// the user once; the prompt's window is somebody else's. Owns neither; both may go before it. Main thread.
+/// Without Q_OBJECT: the room's meta-objects are one unit, which would draw the network library into every program.
 class UpdateController : public QObject, public UpdaterDelegate {
-    Q_OBJECT
-
 public:
     UpdateController(Updater* updater, AppSettings* settings, QObject* parent = nullptr);
     ~UpdateController() override;

@@ -42,7 +42,7 @@ void DesktopAppearance::follow(const QDBusConnection& bus) {
     // Without the service's name: for a named one the library would wait for the bus to tell its owner.
     QDBusConnection(bus).connect({}, portalPath, settingsInterface, QStringLiteral("SettingChanged"),
                                  {appearanceSpace, schemeKey}, QStringLiteral("ssv"), this,
-                                 SLOT(settingChanged(QString, QString, QDBusVariant)));
+                                 SLOT(settingChanged(QDBusMessage)));
     ask(bus, readOne);
 }
 
@@ -54,16 +54,18 @@ void DesktopAppearance::ask(const QDBusConnection& bus, const QString& method) {
         watcher->deleteLater();
         const QDBusPendingReply<QDBusVariant> reply = *watcher;
         if (!reply.isError()) {
-            take(reply.value().variant());
+            take(QVariant::fromValue(reply.value()));
         } else if (reply.error().type() == QDBusError::UnknownMethod && method == readOne) {
             ask(bus, read);
         }
     });
 }
 
-void DesktopAppearance::settingChanged(const QString& space, const QString& key, const QDBusVariant& value) {
-    if (space == appearanceSpace && key == schemeKey) {
-        take(value.variant());
+// A slot with a QDBusVariant can't be connected before the library has seen its first message.
+void DesktopAppearance::settingChanged(const QDBusMessage& message) {
+    const QVariantList arguments = message.arguments();
+    if (arguments.value(0) == appearanceSpace && arguments.value(1) == schemeKey) {
+        take(arguments.value(2));
     }
 }
 

@@ -1,11 +1,10 @@
 #pragma once
 
 #include <QDBusConnection>
-#include <QDBusVariant>
 #include <QObject>
-#include <QString>
+#include <QVariant>
 
-class QDBusPendingCallWatcher;
+class QDBusMessage;
 
 namespace sorvik {
 
@@ -29,7 +28,7 @@ signals:
     void changed();
 
 private slots:
-    void settingChanged(const QString& space, const QString& key, const QDBusVariant& value);
+    void settingChanged(const QDBusMessage& message);
 
 private:
     void ask(const QDBusConnection& bus, const QString& method);

@@ -84,7 +84,7 @@ void FeedFetcher::stop(const QString& error) {
 }
 
 void FeedFetcher::finish() {
-    if (answer_.error.isEmpty()) {
+    if (answer_.error.isEmpty() && reply_->isOpen()) {
         readOn();
     }
     QNetworkReply* const reply = std::exchange(reply_, nullptr);

@@ -8,7 +8,6 @@
 #include "core/file_processing_view_model.h"
 #include "core/vocabulary/path_names.h"
 #include "platform/log.h"
-#include "services/memory_pressure_monitor.h"
 
 namespace sorvik {
 namespace {
@@ -83,7 +82,7 @@ void Batch::begin() {
     model_.currentlyProcessing = QString();
     tracker_.metadata[QStringLiteral("file_count")] = QString::number(model_.files_.size());
     logLine(QStringLiteral("\n📊 Starting %1 batch").arg(QLatin1StringView(words_.noun)));
-    MemoryPressureMonitor::shared().logMetrics();
+    model_.monitor_.logMetrics();
 }
 
 void Batch::close() {
@@ -93,7 +92,7 @@ void Batch::close() {
     tracker_.metadata[QStringLiteral("failure_count")] = QString::number(failed_);
     tracker_.complete();
     logLine(QStringLiteral("\n📊 %1 batch complete").arg(capitalized(words_.noun)));
-    MemoryPressureMonitor::shared().logMetrics();
+    model_.monitor_.logMetrics();
     if (const auto sentence = summary(succeeded_, failed_, cancelled_)) {
         model_.batchCompletionMessage = sentence;
     }

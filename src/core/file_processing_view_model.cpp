@@ -51,16 +51,15 @@ std::vector<FileItem> makeFileItems(const QList<QUrl>& urls, ProcessingMode mode
 
 }  // namespace
 
-FileProcessingViewModel::FileProcessingViewModel(BatchEngine& engine, QObject* parent)
-    : QObject(parent), engine_(engine) {
+FileProcessingViewModel::FileProcessingViewModel(BatchEngine& engine, QObject* parent, MemoryPressureMonitor& monitor)
+    : QObject(parent), engine_(engine), monitor_(monitor) {
     // One thread more than files in flight, so that a drop is read while a batch runs.
     pool_.setMaxThreadCount(maxConcurrentOperations(QThread::idealThreadCount()) + 1);
-    MemoryPressureMonitor& monitor = MemoryPressureMonitor::shared();
-    monitor.addCleanupHandler(*this, [this](PressureLevel level) {
+    monitor_.addCleanupHandler(*this, [this](PressureLevel level) {
         QMetaObject::invokeMethod(
             this, [this, level] { respondToPressure(level); }, Qt::QueuedConnection);
     });
-    monitor.startMonitoring();
+    monitor_.startMonitoring();
 }
 
 FileProcessingViewModel::~FileProcessingViewModel() {

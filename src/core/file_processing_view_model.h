@@ -32,8 +32,9 @@ public:
     static constexpr int updateBatchSize = 5;                        ///< files between two reports of progress ...
     static constexpr std::chrono::milliseconds updateInterval{500};  ///< ... unless this much time has passed
 
-    /// `engine` must outlive the object.
-    explicit FileProcessingViewModel(BatchEngine& engine, QObject* parent = nullptr);
+    /// `engine` and `monitor` must outlive the object. Starts the monitor.
+    explicit FileProcessingViewModel(BatchEngine& engine, QObject* parent = nullptr,
+                                     MemoryPressureMonitor& monitor = MemoryPressureMonitor::shared());
 
     /// A batch that still runs is cancelled; what is in flight is waited for.
     ~FileProcessingViewModel() override;
@@ -141,6 +142,7 @@ private:
     [[nodiscard]] std::optional<qsizetype> indexOf(const QUuid& id, qsizetype index) const;
 
     BatchEngine& engine_;
+    MemoryPressureMonitor& monitor_;
     QPointer<AppSettings> settings_;
     std::vector<FileItem> files_;
     QSet<QUuid> selectedFiles_;

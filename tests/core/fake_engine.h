@@ -29,6 +29,7 @@ public:
     std::atomic<int> replacements = 0;
     std::atomic<int> mostAtOnce = 0;
     std::atomic<int> resultCacheCleared = 0;
+    std::atomic<int> signatureCacheCleared = 0;
     std::atomic<int> mostFinishingOnePath = 0;
     std::atomic<int> finishing = 0;
     bool imageMagick = true;
@@ -72,7 +73,7 @@ public:
     }
 
     void clearResultCache() override { ++resultCacheCleared; }
-    void clearSignatureCache() override {}
+    void clearSignatureCache() override { ++signatureCacheCleared; }
 
 private:
     struct Leave {

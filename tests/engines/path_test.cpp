@@ -21,6 +21,7 @@
 #include "engines/path_safety.h"
 #include "engines/source_check.h"
 #include "platform/log.h"
+#include "services/process_caches.h"
 
 namespace sorvik {
 namespace {
@@ -180,6 +181,8 @@ TEST(ImageSignature, RemembersAnswersUntilCleared) {
     EXPECT_TRUE(isValidImageFile(path, ImageFormat::png)) << "the answer of the path, whatever is asked";
     clearSignatureCache();
     EXPECT_FALSE(isValidImageFile(path, ImageFormat::png));
+    clearProcessCaches();
+    EXPECT_TRUE(isValidImageFile(path, ImageFormat::gif));
     clearSignatureCache();
 }
 

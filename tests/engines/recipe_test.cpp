@@ -17,6 +17,7 @@
 #include "engines/result_cache.h"
 #include "engines/sips_converter.h"
 #include "platform/log.h"
+#include "services/process_caches.h"
 
 namespace sorvik {
 namespace {
@@ -197,6 +198,13 @@ TEST(ImageConverter, ThrowsForWhatItCannotReadAndLeavesNoTemporaryFile) {
         EXPECT_THROW(static_cast<void>(converter.convertFile(junk, format, false, 1.0)), ConversionError);
     }
     EXPECT_EQ(temporaries(), QStringList());
+}
+
+TEST(ResultCache, IsEmptiedWithTheCachesOfTheProcess) {
+    ResultCache::shared().insert(QStringLiteral("a"), "result");
+    EXPECT_TRUE(ResultCache::shared().find(QStringLiteral("a")));
+    clearProcessCaches();
+    EXPECT_FALSE(ResultCache::shared().find(QStringLiteral("a")));
 }
 
 TEST(ResultCache, HoldsALimitedAmount) {

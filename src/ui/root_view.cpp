@@ -9,13 +9,16 @@
 #include <QMimeData>
 #include <QStandardPaths>
 
+#include "ui/check_for_updates_action.h"
 #include "ui/dropped_urls.h"
+#include "ui/update_prompt.h"
 
 namespace sorvik {
 namespace {
 
 constexpr QSize defaultSize(800, 460);
 constexpr QSize leastSize(560, 320);
+constexpr std::chrono::milliseconds promptDelay{500};
 
 QString geometryKey() { return QStringLiteral("mainWindowGeometry"); }
 
@@ -29,8 +32,8 @@ QString pictureFilter() {
 
 }  // namespace
 
-RootView::RootView(BatchEngine& engine, AppSettings& settings, QWidget* parent)
-    : QMainWindow(parent), settings_(settings), content_(new ContentView(engine, settings, this)) {
+RootView::RootView(BatchEngine& engine, AppSettings& settings, UpdateController* updates, QWidget* parent)
+    : QMainWindow(parent), settings_(settings), updates_(updates), content_(new ContentView(engine, settings, this)) {
     setObjectName(QStringLiteral("mainWindow"));
     setWindowTitle(QStringLiteral("Sorvik"));
     setAcceptDrops(true);
@@ -60,17 +63,27 @@ QAction* RootView::addAction(QMenu* menu, const QString& text, const QString& na
 }
 
 void RootView::addApplicationMenu() {
-    applicationMenu_ = menuBar()->addMenu(QStringLiteral("&Sorvik"));
-    connect(addAction(applicationMenu_, QStringLiteral("About Sorvik"), QStringLiteral("aboutAction"), {}),
-            &QAction::triggered, this, &RootView::aboutRequested);
-    afterAbout_ = applicationMenu_->addSeparator();
-    QAction* preferences = addAction(applicationMenu_, QStringLiteral("Preferences…"),
-                                     QStringLiteral("preferencesAction"), QKeySequence(Qt::CTRL | Qt::Key_Comma));
+    QMenu* menu = menuBar()->addMenu(QStringLiteral("&Sorvik"));
+    connect(addAction(menu, QStringLiteral("About Sorvik"), QStringLiteral("aboutAction"), {}), &QAction::triggered,
+            this, &RootView::aboutRequested);
+    addCheckForUpdates(*menu);
+    menu->addSeparator();
+    QAction* preferences = addAction(menu, QStringLiteral("Preferences…"), QStringLiteral("preferencesAction"),
+                                     QKeySequence(Qt::CTRL | Qt::Key_Comma));
     connect(preferences, &QAction::triggered, this, &RootView::preferencesRequested);
-    applicationMenu_->addSeparator();
-    QAction* quit = addAction(applicationMenu_, QStringLiteral("Quit Sorvik"), QStringLiteral("quitAction"),
+    menu->addSeparator();
+    QAction* quit = addAction(menu, QStringLiteral("Quit Sorvik"), QStringLiteral("quitAction"),
                               QKeySequence(Qt::CTRL | Qt::Key_Q));
-    connect(quit, &QAction::triggered, qApp, &QApplication::closeAllWindows);
+    connect(quit, &QAction::triggered, this, &QWidget::close);
+}
+
+void RootView::addCheckForUpdates(QMenu& menu) {
+    Updater* updater = updates_ != nullptr ? updates_->updater() : nullptr;
+    if (updater != nullptr) {
+        auto* action =
+            new CheckForUpdatesAction(menu, updater->canCheckForUpdates, [updater] { updater->checkForUpdates(); });
+        action->setObjectName(QStringLiteral("checkForUpdatesAction"));
+    }
 }
 
 void RootView::addFileMenu() {
@@ -96,8 +109,6 @@ void RootView::addEditMenu() {
     remove_ = addAction(menu, QStringLiteral("Remove from List\tDel"), QStringLiteral("removeAction"), {});
     connect(remove_, &QAction::triggered, this, [this] { content_->list().deleteSelected(); });
 }
-
-void RootView::addApplicationAction(QAction* action) { applicationMenu_->insertAction(afterAbout_, action); }
 
 void RootView::updateActions() {
     FileProcessingViewModel& list = content_->list();
@@ -160,8 +171,16 @@ void RootView::showEvent(QShowEvent* event) {
     QMainWindow::showEvent(event);
     if (!hasAppeared_) {
         hasAppeared_ = true;
-        content_->appear();
-        emit appeared();
+        appear();
+    }
+}
+
+void RootView::appear() {
+    content_->appear();
+    if (updates_ != nullptr && updates_->shouldShowPrompt()) {
+        QTimer::singleShot(promptDelay, this, [this] {
+            askForAutomaticUpdates(*this, [this](bool automatically) { updates_->answerPrompt(automatically); });
+        });
     }
 }
 

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QMainWindow>
 
+#include "core/update_controller.h"
 #include "ui/content_view.h"
 
 namespace sorvik {
@@ -12,8 +13,9 @@ class RootView final : public QMainWindow {
     Q_OBJECT
 
 public:
-    /// Both must outlive the object.
-    RootView(BatchEngine& engine, AppSettings& settings, QWidget* parent = nullptr);
+    /// All must outlive the object. Without `updates` nothing is asked or offered about them.
+    RootView(BatchEngine& engine, AppSettings& settings, UpdateController* updates = nullptr,
+             QWidget* parent = nullptr);
 
     [[nodiscard]] ContentView& content() { return *content_; }
 
@@ -23,16 +25,10 @@ public:
     /// Brings the window to the front.
     void present();
 
-    /// Puts an item below "About Sorvik".
-    void addApplicationAction(QAction* action);
-
 signals:
     void aboutRequested();
     void preferencesRequested();
     void revealRequested(const QUrl& url);
-
-    /// The window has come up for the first time.
-    void appeared();
 
 protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
@@ -44,17 +40,18 @@ protected:
 private:
     QAction* addAction(QMenu* menu, const QString& text, const QString& name, const QKeySequence& shortcut);
     void addApplicationMenu();
+    void addCheckForUpdates(QMenu& menu);
     void addFileMenu();
     void addEditMenu();
     void updateActions();
     void openFiles();
     void paste();
     void restorePlace();
+    void appear();
 
     AppSettings& settings_;
+    UpdateController* updates_;
     ContentView* content_;
-    QMenu* applicationMenu_ = nullptr;
-    QAction* afterAbout_ = nullptr;
     QAction* start_ = nullptr;
     QAction* stop_ = nullptr;
     QAction* remove_ = nullptr;

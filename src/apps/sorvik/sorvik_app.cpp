@@ -18,13 +18,20 @@ std::unique_ptr<Updater> makeUpdater(const std::shared_ptr<DefaultsStore>& store
     return std::make_unique<Updater>(Updater::Configuration::of(Bundle::main()), store);
 }
 
+ProductLinks productLinks(const Bundle& bundle) {
+    return {bundle.info(QStringLiteral("SorvikMakerName")), QUrl(bundle.info(QStringLiteral("SorvikMakerURL"))),
+            QUrl(bundle.info(QStringLiteral("SorvikWebsiteURL")))};
+}
+
 }  // namespace
 
 SorvikApp::SorvikApp(std::shared_ptr<DefaultsStore> store)
     : store_(std::move(store)),
       updater_(makeUpdater(store_)),
       settings_(store_),
-      updateController_(updater_.get(), &settings_) {
+      updateController_(updater_.get(), &settings_),
+      about_(Bundle::main().info(QStringLiteral("CFBundleShortVersionString")), productLinks(Bundle::main())) {
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/sorvik.svg")));
     followAppearance();
     startUpdater();
     sweepUp();
@@ -54,11 +61,29 @@ void SorvikApp::sweepUp() {
 }
 
 void SorvikApp::makeWindow() {
-    window_ = std::make_unique<RootView>(engine_, settings_);
+    window_ = std::make_unique<RootView>(engine_, settings_, &updateController_);
+    connect(window_.get(), &RootView::aboutRequested, this, &SorvikApp::showAbout);
+    connect(window_.get(), &RootView::preferencesRequested, this, &SorvikApp::showPreferences);
     connect(window_.get(), &RootView::revealRequested, this, [](const QUrl& file) { revealInFileManager(file); });
     connect(&window_->content().list(), &FileProcessingViewModel::batchEnded, this, &SorvikApp::tellEnd);
     connect(&notificationCentre_, &DBusNotificationCentre::activated, window_.get(), &RootView::present);
     new UpdateMessages(*updater_, *window_, window_.get());
+}
+
+void SorvikApp::showAbout() {
+    about_.show(window_.get());
+    about_.window()->setAttribute(Qt::WA_QuitOnClose, false);
+}
+
+/// One window for the run; it never keeps the program alive.
+void SorvikApp::showPreferences() {
+    if (!preferences_) {
+        preferences_ = std::make_unique<PreferencesView>(settings_);
+        preferences_->setAttribute(Qt::WA_QuitOnClose, false);
+    }
+    preferences_->show();
+    preferences_->raise();
+    preferences_->activateWindow();
 }
 
 /// A batch that had nothing to do has nothing to tell.

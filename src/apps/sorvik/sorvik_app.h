@@ -11,6 +11,8 @@
 #include "platform/desktop/desktop_appearance.h"
 #include "services/notification_service.h"
 #include "services/updates/updater.h"
+#include "ui/about_window.h"
+#include "ui/preferences/preferences_view.h"
 #include "ui/root_view.h"
 
 namespace sorvik {
@@ -41,6 +43,8 @@ private:
     void startUpdater();
     void sweepUp();
     void makeWindow();
+    void showAbout();
+    void showPreferences();
     void tellEnd(int succeeded, int failed, bool cancelled);
 
     std::shared_ptr<DefaultsStore> store_;
@@ -51,6 +55,8 @@ private:
     NotificationService notifications_{notificationCentre_};
     DesktopAppearance appearance_;
     SystemBatchEngine engine_;
+    AboutWindowController about_;
+    std::unique_ptr<PreferencesView> preferences_;
     std::unique_ptr<RootView> window_;
 };
 

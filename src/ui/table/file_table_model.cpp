@@ -6,7 +6,7 @@ namespace sorvik {
 
 FileTableModel::FileTableModel(FileProcessingViewModel& list, QObject* parent)
     : QAbstractTableModel(parent), list_(list), rows_(static_cast<int>(list.files().size())) {
-    connect(&list, &FileProcessingViewModel::filesInserted, this, &FileTableModel::insertRows);
+    connect(&list, &FileProcessingViewModel::filesInserted, this, &FileTableModel::insertFiles);
     connect(&list, &FileProcessingViewModel::fileChanged, this, &FileTableModel::changeRow);
     connect(&list, &FileProcessingViewModel::allFilesChanged, this, &FileTableModel::changeAll);
     connect(&list, &FileProcessingViewModel::filesReset, this, &FileTableModel::reset);
@@ -101,7 +101,7 @@ bool FileTableModel::setData(const QModelIndex& index, const QVariant& value, in
     return true;
 }
 
-void FileTableModel::insertRows(qsizetype first, qsizetype count) {
+void FileTableModel::insertFiles(qsizetype first, qsizetype count) {
     if (count > 0) {
         beginInsertRows({}, static_cast<int>(first), static_cast<int>(first + count) - 1);
         rows_ += static_cast<int>(count);

@@ -27,7 +27,7 @@ public:
     [[nodiscard]] bool isConverting() const { return list_.isConverting; }
 
 private:
-    void insertRows(qsizetype first, qsizetype count);
+    void insertFiles(qsizetype first, qsizetype count);
     void changeRow(qsizetype row);
     void changeAll();
     void reset();

@@ -1,0 +1,48 @@
+#include "ui/update_prompt.h"
+
+#include <QCloseEvent>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include <utility>
+
+#include "ui/look/house_style.h"
+
+namespace sorvik {
+namespace {
+
+/// A message box without a button for Escape refuses to be closed, and the program could not end below it.
+class ClosableBox final : public QMessageBox {
+public:
+    using QMessageBox::QMessageBox;
+
+protected:
+    void closeEvent(QCloseEvent* event) override { QDialog::closeEvent(event); }
+};
+
+}  // namespace
+
+void askForAutomaticUpdates(QWidget& parent, std::function<void(bool automatically)> answered) {
+    auto* box = new ClosableBox(&parent);
+    box->setObjectName(QStringLiteral("updatePrompt"));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setWindowTitle(QStringLiteral("Sorvik"));
+    box->setText(QStringLiteral("Check for updates automatically?"));
+    box->setInformativeText(
+        QStringLiteral("Should Sorvik automatically check for updates? You can always check for updates manually from "
+                       "the Sorvik menu."));
+    // Two equal roles, neither of which Escape could stand for.
+    QPushButton* check = box->addButton(QStringLiteral("Check Automatically"), QMessageBox::AcceptRole);
+    QPushButton* leave = box->addButton(QStringLiteral("Don't Check"), QMessageBox::ActionRole);
+    check->setObjectName(QStringLiteral("checkAutomaticallyButton"));
+    leave->setObjectName(QStringLiteral("dontCheckButton"));
+    HouseStyle::makePrimary(*check);
+    box->setDefaultButton(check);
+    QObject::connect(box, &QMessageBox::buttonClicked, box,
+                     [answered = std::move(answered), check](const QAbstractButton* button) {
+                         answered(button == static_cast<const QAbstractButton*>(check));
+                     });
+    box->open();
+}
+
+}  // namespace sorvik

@@ -1,15 +1,20 @@
 #include "ui/update_prompt.h"
 
+#include <QApplication>
 #include <QCloseEvent>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 
 #include <utility>
 
 #include "ui/look/house_style.h"
+#include "ui/look/theme.h"
 
 namespace sorvik {
 namespace {
+
+constexpr int iconSize = 48;
 
 /// A message box without a button for Escape refuses to be closed, and the program could not end below it.
 class ClosableBox final : public QMessageBox {
@@ -31,6 +36,10 @@ void askForAutomaticUpdates(QWidget& parent, std::function<void(bool automatical
     box->setInformativeText(
         QStringLiteral("Should Sorvik automatically check for updates? You can always check for updates manually from "
                        "the Sorvik menu."));
+    box->setIconPixmap(QApplication::windowIcon().pixmap(QSize(iconSize, iconSize), parent.devicePixelRatioF()));
+    if (auto* title = box->findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))) {
+        setTextStyle(*title, TextStyle::headline);
+    }
     // Two equal roles, neither of which Escape could stand for.
     QPushButton* check = box->addButton(QStringLiteral("Check Automatically"), QMessageBox::AcceptRole);
     QPushButton* leave = box->addButton(QStringLiteral("Don't Check"), QMessageBox::ActionRole);

@@ -45,6 +45,10 @@ constexpr QRgb disabledDark = 0xFF6F757F;
 
 constexpr QRgb failureLight = 0xFFB3261E;
 constexpr QRgb failureDark = 0xFFFF8A80;
+constexpr QRgb controlLineLight = 0xFF868C96;
+constexpr QRgb controlLineDark = 0xFF7A808B;
+constexpr QRgb scrollLight = 0xFFB4B9C1;
+constexpr QRgb scrollDark = 0xFF555A63;
 
 bool isDark(const QPalette& palette) { return palette.color(QPalette::Base).lightness() < 128; }
 
@@ -77,6 +81,12 @@ QPalette themePalette(bool dark) {
 QColor failureColour(const QPalette& palette) { return QColor::fromRgb(isDark(palette) ? failureDark : failureLight); }
 
 QColor lineColour(const QPalette& palette) { return palette.color(QPalette::Mid); }
+
+QColor controlLineColour(const QPalette& palette) {
+    return QColor::fromRgb(isDark(palette) ? controlLineDark : controlLineLight);
+}
+
+QColor scrollColour(const QPalette& palette) { return QColor::fromRgb(isDark(palette) ? scrollDark : scrollLight); }
 
 void applyTheme(QApplication& application, bool dark) {
     if (qobject_cast<HouseStyle*>(application.style()) == nullptr) {

@@ -18,6 +18,12 @@ namespace sorvik {
 /// Of the lines between and around controls.
 [[nodiscard]] QColor lineColour(const QPalette& palette);
 
+/// Of the outlines by which a control is known (fields, check boxes): three to one against its surroundings.
+[[nodiscard]] QColor controlLineColour(const QPalette& palette);
+
+/// Of the thumb of a scroll bar at rest.
+[[nodiscard]] QColor scrollColour(const QPalette& palette);
+
 /// Style and colours for the whole program; to be called again when light and dark change. Main thread.
 void applyTheme(QApplication& application, bool dark);
 

@@ -49,6 +49,7 @@ void FormatCompressionSlider::setTitleWidth(int width) { title_->setMinimumWidth
 
 void FormatCompressionSlider::layOut(const QString& description) {
     title_->setBuddy(slider_);
+    valueLabel_->setObjectName(QStringLiteral("sliderValue"));
     valueLabel_->setFixedWidth(valueWidth);
     valueLabel_->setAlignment(Qt::AlignTrailing | Qt::AlignVCenter);
     auto* row = new QHBoxLayout;
@@ -58,7 +59,7 @@ void FormatCompressionSlider::layOut(const QString& description) {
     row->addWidget(valueLabel_);
     auto* stack = new QVBoxLayout(this);
     stack->setContentsMargins(0, 0, 0, 0);
-    stack->setSpacing(2);
+    stack->setSpacing(0);
     stack->addLayout(row);
     stack->addWidget(makeCaption(description));
 }

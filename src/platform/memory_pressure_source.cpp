@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace sorvik {
 namespace {
@@ -102,8 +103,11 @@ PressureEvents pressureBetween(const StallTotals& before, const StallTotals& aft
 
 MemoryPressureSource::MemoryPressureSource(const QString& path, std::chrono::milliseconds pollInterval, QObject* parent)
     : QObject(parent), path_(QFile::encodeName(path)) {
-    if (!addTriggers()) {
-        startPolling(pollInterval);
+    if (const auto reading = readStallTotals(path_)) {
+        reading_ = *reading;
+        sinceReading_.start();
+        connect(&timer_, &QTimer::timeout, this, &MemoryPressureSource::poll);
+        timer_.start(pollInterval);
     }
 }
 
@@ -141,16 +145,14 @@ void MemoryPressureSource::triggered(PressureEvent event, int file) {
     emit pressure(event);
 }
 
-void MemoryPressureSource::startPolling(std::chrono::milliseconds interval) {
-    if (const auto reading = readStallTotals(path_)) {
-        reading_ = *reading;
-        sinceReading_.start();
-        connect(&timer_, &QTimer::timeout, this, &MemoryPressureSource::poll);
-        timer_.start(interval);
+void MemoryPressureSource::poll() {
+    if (!std::exchange(askedForTriggers_, true) && addTriggers()) {
+        timer_.stop();
     }
+    compareReading();
 }
 
-void MemoryPressureSource::poll() {
+void MemoryPressureSource::compareReading() {
     const auto reading = readStallTotals(path_);
     if (!reading) {
         return;

@@ -46,7 +46,8 @@ public:
 
     enum class Watch { none, triggers, polling };
 
-    /// Watches at once. A file that is not the kernel's own is polled, as is one whose triggers are refused.
+    /// Polls the file at first. From the first poll on, triggers do it, unless they are refused or the file is not the
+    /// kernel's own: to close one costs some milliseconds, which a program that ends at once need not pay.
     explicit MemoryPressureSource(const QString& path = QString::fromLatin1(kernelFile),
                                   std::chrono::milliseconds pollInterval = window, QObject* parent = nullptr);
 
@@ -65,11 +66,12 @@ private:
 
     [[nodiscard]] bool addTriggers();
     void triggered(PressureEvent event, int file);
-    void startPolling(std::chrono::milliseconds interval);
     void poll();
+    void compareReading();
 
     QByteArray path_;
     std::vector<Trigger> triggers_;
+    bool askedForTriggers_ = false;
     QTimer timer_;
     QElapsedTimer sinceReading_;
     StallTotals reading_;

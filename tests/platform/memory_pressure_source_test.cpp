@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/mman.h>
+#include <functional>
 #include <memory>
 
 #include "platform/process_memory.h"
@@ -20,6 +21,14 @@ using namespace std::chrono_literals;
 QByteArray kernelText(std::uint64_t some, std::uint64_t full) {
     return "some avg10=0.00 avg60=1.25 avg300=0.40 total=" + QByteArray::number(qulonglong{some}) +
            "\nfull avg10=0.00 avg60=0.00 avg300=0.00 total=" + QByteArray::number(qulonglong{full}) + "\n";
+}
+
+void waitUntil(const std::function<bool()>& condition) {
+    QElapsedTimer timer;
+    timer.start();
+    while (!condition() && timer.elapsed() < 20000) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
 }
 
 TEST(StallTotals, AreReadFromBothLinesOrNotAtAll) {
@@ -62,11 +71,7 @@ protected:
     }
 
     void waitForEvents(qsizetype count) const {
-        QElapsedTimer timer;
-        timer.start();
-        while (masks.size() < count && timer.elapsed() < 20000) {
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        }
+        waitUntil([&] { return masks.size() >= count; });
     }
 
     QTemporaryDir folder_;
@@ -102,10 +107,18 @@ TEST_F(WatchedFile, MayBeMissingOrNoFileOfTheKind) {
     EXPECT_EQ(source->watch(), MemoryPressureSource::Watch::none);
 }
 
-TEST(KernelsPressureFile, IsWatchedWhereThereIsOne) {
-    const MemoryPressureSource source;
-    const bool exists = QFile::exists(QString::fromLatin1(MemoryPressureSource::kernelFile));
-    EXPECT_EQ(source.watch() != MemoryPressureSource::Watch::none, exists);
+TEST(KernelsPressureFile, IsWatchedByTriggersWhereTheyAreGranted) {
+    const QString kernelFile = QString::fromLatin1(MemoryPressureSource::kernelFile);
+    const MemoryPressureSource source(kernelFile, 10ms);
+    EXPECT_EQ(source.watch() == MemoryPressureSource::Watch::polling, QFile::exists(kernelFile));
+    const QByteArray trigger("some 200000 2000000", 20);
+    QFile probe(kernelFile);
+    const bool granted = probe.open(QIODevice::ReadWrite | QIODevice::ExistingOnly | QIODevice::Unbuffered) &&
+                         probe.write(trigger) == trigger.size();
+    if (granted) {
+        waitUntil([&] { return source.watch() == MemoryPressureSource::Watch::triggers; });
+        EXPECT_EQ(source.watch(), MemoryPressureSource::Watch::triggers);
+    }
 }
 
 TEST(ProcessMemory, FollowsWhatIsTouched) {

@@ -37,12 +37,12 @@ signals:
     /// The user clicked on a notification.
     void activated(const QString& identifier);
 
-private slots:
-    void onNotificationClosed(uint id, uint reason, const QDBusMessage& message);
-    void onActionInvoked(uint id, const QString& action, const QDBusMessage& message);
-    void onNameOwnerChanged(const QString& name, const QString& from, const QString& to, const QDBusMessage& message);
-
 private:
+    Q_SLOT void onNotificationClosed(uint id, uint reason, const QDBusMessage& message);
+    Q_SLOT void onActionInvoked(uint id, const QString& action, const QDBusMessage& message);
+    Q_SLOT void onNameOwnerChanged(const QString& name, const QString& from, const QString& to,
+                                   const QDBusMessage& message);
+
     using Step = std::function<void(const std::optional<QString>& connectionError)>;
 
     struct Delivery {

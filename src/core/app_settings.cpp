@@ -138,9 +138,7 @@ void AppSettings::keepAll() {
     keepAtOnce(processingMode, "processingMode");
     keepAtOnce(appearanceMode, "appearanceMode");
     observers_.push_back(appearanceMode.addNotifier([this] { applyAppearance(); }));
-    keepAtOnce(automaticUpdateCheck, automaticUpdateKey);
-    observers_.push_back(automaticUpdateCheck.addNotifier(
-        [this] { store_->setValue(keyText(updateIntervalKey), updateCheckInterval); }));
+    observers_.push_back(automaticUpdateCheck.addNotifier([this] { storeUpdateCheck(); }));
 }
 
 template <typename T>
@@ -167,6 +165,11 @@ void AppSettings::resetCompressionDefaults() {
     for (const RecipeRow& row : recipeValues) {
         this->*row.property = row.defaultValue;
     }
+}
+
+void AppSettings::storeUpdateCheck() {
+    store_->setValue(keyText(automaticUpdateKey), automaticUpdateCheck.value());
+    store_->setValue(keyText(updateIntervalKey), updateCheckInterval);
 }
 
 void AppSettings::setSystemDarkSource(std::function<bool()> isDark) {

@@ -60,6 +60,9 @@ public:
     /// The eight recipe values back to 85, 85, 9, 7, 85, 85, 85, 85.
     void resetCompressionDefaults();
 
+    /// Writes the two keys of the update checks, also when `automaticUpdateCheck` has not changed.
+    void storeUpdateCheck();
+
     /// Where `system` looks for dark mode; without a source the key "AppleInterfaceStyle" of the store tells.
     /// Applies the appearance.
     void setSystemDarkSource(std::function<bool()> isDark);

@@ -8,6 +8,7 @@
 #include "core/file_processing_view_model.h"
 #include "core/vocabulary/path_names.h"
 #include "platform/log.h"
+#include "services/memory_pressure_monitor.h"
 
 namespace sorvik {
 namespace {
@@ -56,6 +57,7 @@ QCoro::Task<> Batch::runAll() {
     begin();
     const std::vector<WorkItem> work = collectWork();
     total_ = static_cast<int>(work.size());
+    model_.totalCount = total_;
     context_ = makeBatchContext(model_.files_, model_.settings_, removeMetadata_, model_.engine_.hasImageMagick());
     const QFuture<void> folders = makeFolders();
     co_await folders;
@@ -76,9 +78,12 @@ QCoro::Task<> Batch::runAll() {
 void Batch::begin() {
     model_.isConverting = true;
     model_.processingProgress = 0;
+    model_.completedCount = 0;
+    model_.totalCount = 0;
     model_.currentlyProcessing = QString();
     tracker_.metadata[QStringLiteral("file_count")] = QString::number(model_.files_.size());
     logLine(QStringLiteral("\n📊 Starting %1 batch").arg(QLatin1StringView(words_.noun)));
+    MemoryPressureMonitor::shared().logMetrics();
 }
 
 void Batch::close() {
@@ -88,6 +93,7 @@ void Batch::close() {
     tracker_.metadata[QStringLiteral("failure_count")] = QString::number(failed_);
     tracker_.complete();
     logLine(QStringLiteral("\n📊 %1 batch complete").arg(capitalized(words_.noun)));
+    MemoryPressureMonitor::shared().logMetrics();
     if (const auto sentence = summary(succeeded_, failed_, cancelled_)) {
         model_.batchCompletionMessage = sentence;
     }
@@ -195,6 +201,7 @@ void Batch::reportProgress(const QString& name) {
         return;
     }
     model_.processingProgress = static_cast<double>(completed) / total_;
+    model_.completedCount = completed;
     model_.currentlyProcessing = name;
     lastUpdate_ = now;
 }

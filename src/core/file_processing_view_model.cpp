@@ -55,6 +55,12 @@ FileProcessingViewModel::FileProcessingViewModel(BatchEngine& engine, QObject* p
     : QObject(parent), engine_(engine) {
     // One thread more than files in flight, so that a drop is read while a batch runs.
     pool_.setMaxThreadCount(maxConcurrentOperations(QThread::idealThreadCount()) + 1);
+    MemoryPressureMonitor& monitor = MemoryPressureMonitor::shared();
+    monitor.addCleanupHandler(*this, [this](PressureLevel level) {
+        QMetaObject::invokeMethod(
+            this, [this, level] { respondToPressure(level); }, Qt::QueuedConnection);
+    });
+    monitor.startMonitoring();
 }
 
 FileProcessingViewModel::~FileProcessingViewModel() {
@@ -92,6 +98,17 @@ void FileProcessingViewModel::addFiles(std::vector<FileItem> items, ProcessingMo
     }
 }
 
+void FileProcessingViewModel::respondToPressure(PressureLevel level) {
+    logLine(QStringLiteral("📊 FileProcessingViewModel: Responding to ") + displayName(level) +
+            QStringLiteral(" memory pressure"));
+    engine_.clearResultCache();
+    engine_.clearSignatureCache();
+    if (level == PressureLevel::critical) {
+        batchCompletionMessage = std::nullopt;
+        logLine(QStringLiteral("   Cleared caches and temporary data"));
+    }
+}
+
 void FileProcessingViewModel::updateSelection(const QSet<QUuid>& checked) {
     selectedFiles_ = checked;
     for (std::size_t index = 0; index < files_.size(); ++index) {
@@ -117,10 +134,58 @@ void FileProcessingViewModel::refreshSelectionState() {
     emit selectionStateChanged();
 }
 
+void FileProcessingViewModel::setChecked(qsizetype index, bool checked) {
+    const FileItem& row = files_.at(static_cast<std::size_t>(index));
+    QSet<QUuid> ids = selectedFiles_;
+    if (!checked) {
+        ids.remove(row.id);
+    } else {
+        ids.insert(row.id);
+        for (const FileItem& other : files_) {
+            if (row.inputFormat && other.inputFormat && *other.inputFormat != *row.inputFormat) {
+                ids.remove(other.id);
+            }
+        }
+    }
+    updateSelection(ids);
+}
+
+void FileProcessingViewModel::checkAllOfSelectedFormat() {
+    if (selectedFormats_.empty()) {
+        return;
+    }
+    QSet<QUuid> ids = selectedFiles_;
+    for (const FileItem& item : files_) {
+        if (item.inputFormat == *selectedFormats_.begin()) {
+            ids.insert(item.id);
+        }
+    }
+    updateSelection(ids);
+}
+
+void FileProcessingViewModel::clearChecked() { updateSelection({}); }
+
+void FileProcessingViewModel::updateChecked(ImageFormat format) {
+    for (std::size_t index = 0; index < files_.size(); ++index) {
+        if (selectedFiles_.contains(files_[index].id)) {
+            setOutputFormat(static_cast<qsizetype>(index), format);
+        }
+    }
+    clearChecked();
+}
+
 void FileProcessingViewModel::setOutputFormat(qsizetype index, ImageFormat format) {
     if (index >= 0 && index < std::ssize(files_)) {
-        changeFile(index, [&](FileItem& item) { item.outputFormat = format; });
+        changeFile(index, [&](FileItem& item) {
+            item.outputFormat = format;
+            item.isProcessed = false;
+            item.errorMessage.reset();
+        });
     }
+}
+
+void FileProcessingViewModel::setOutputFormat(const QUuid& id, ImageFormat format) {
+    setOutputFormat(std::ranges::find(files_, id, &FileItem::id) - files_.begin(), format);
 }
 
 void FileProcessingViewModel::resetAll() {
@@ -131,7 +196,7 @@ void FileProcessingViewModel::resetAll() {
         item.conversionStatus = ConversionStatus::waiting;
         item.wasCompressed = false;
     }
-    emit filesReset();
+    emit allFilesChanged();
 }
 
 void FileProcessingViewModel::clearAll() {

@@ -18,6 +18,7 @@
 #include "core/app_settings.h"
 #include "core/batch_engine.h"
 #include "core/file_item.h"
+#include "services/memory_pressure_monitor.h"
 
 namespace sorvik {
 
@@ -43,6 +44,8 @@ public:
     // Observable state.
     QProperty<bool> isConverting{false};
     QProperty<double> processingProgress{0};  ///< 0 to 1
+    QProperty<int> completedCount{0};         ///< files of the batch that have ended, told as often as the progress
+    QProperty<int> totalCount{0};             ///< files of the batch
     QProperty<QString> currentlyProcessing;   ///< the name of the file that ended last
     QProperty<std::optional<QString>> batchCompletionMessage;
     QProperty<QSet<QUuid>> selection;  ///< the rows highlighted in the table
@@ -69,8 +72,21 @@ public:
     void updateSelection(const QSet<QUuid>& checked);
     void refreshSelectionState();
 
-    /// A row's own choice of target.
+    /// Checks or unchecks a row. Checked rows share one input format: checking a row unchecks all of other formats.
+    void setChecked(qsizetype index, bool checked);
+
+    /// Checks all rows of the format that the checked ones have; nothing when none is checked.
+    void checkAllOfSelectedFormat();
+    void clearChecked();
+
+    /// Gives all checked rows a target, which makes them ready for another run, and unchecks them.
+    void updateChecked(ImageFormat format);
+
+    /// A row's own choice of target; a finished or failed row is then ready for another run.
     void setOutputFormat(qsizetype index, ImageFormat format);
+
+    /// The same for a row that may be gone or have moved.
+    void setOutputFormat(const QUuid& id, ImageFormat format);
 
     /// Makes every row ready for another run.
     void resetAll();
@@ -97,7 +113,10 @@ signals:
     void filesInserted(qsizetype first, qsizetype count);
     void fileChanged(qsizetype index);
 
-    /// Rows went or all have changed.
+    /// The rows are the same, but each may have changed.
+    void allFilesChanged();
+
+    /// Rows went.
     void filesReset();
     void selectionStateChanged();
 
@@ -109,6 +128,7 @@ private:
     friend class Batch;
 
     void addFiles(std::vector<FileItem> items, ProcessingMode mode);
+    void respondToPressure(PressureLevel level);
 
     /// Changes one row and says so.
     template <typename Change>

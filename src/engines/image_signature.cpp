@@ -8,6 +8,8 @@
 #include <mutex>
 #include <string_view>
 
+#include "services/process_caches.h"
+
 namespace sorvik {
 namespace {
 
@@ -43,7 +45,10 @@ std::mutex& cacheLock() {
 }
 
 std::map<QString, bool>& cache() {
-    static std::map<QString, bool> answers;
+    static auto& answers = []() -> auto& {
+        registerProcessCache(&clearSignatureCache);
+        return *new std::map<QString, bool>;
+    }();
     return answers;
 }
 

@@ -1,19 +1,20 @@
 #include "engines/result_cache.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 
+#include "platform/process_memory.h"
+#include "services/process_caches.h"
+
 namespace sorvik {
-namespace {
 
-std::int64_t physicalMemory() { return std::int64_t{sysconf(_SC_PHYS_PAGES)} * std::int64_t{sysconf(_SC_PAGESIZE)}; }
-
-}  // namespace
-
+// Never destroyed: it stays known to the process's list of caches.
 ResultCache& ResultCache::shared() {
-    static ResultCache cache(physicalMemory());
-    return cache;
+    static ResultCache& instance = []() -> ResultCache& {
+        auto& cache = *new ResultCache(static_cast<std::int64_t>(physicalMemory()));
+        registerProcessCache([&cache] { cache.clear(); });
+        return cache;
+    }();
+    return instance;
 }
 
 ResultCache::ResultCache(std::int64_t physicalMemory)

@@ -1,8 +1,12 @@
 #include "platform/bundle.h"
 
+#include "platform/files.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 namespace sorvik {
 namespace {
@@ -37,5 +41,10 @@ std::optional<QString> Bundle::resource(const QString& name) const {
 }
 
 QString Bundle::frameworksDirectory() const { return root_ + QStringLiteral("/Contents/Frameworks"); }
+
+QString Bundle::info(const QString& key) const {
+    const std::optional<QByteArray> bytes = readFile(root_ + QStringLiteral("/Contents/Info.json"));
+    return QJsonDocument::fromJson(bytes.value_or(QByteArray())).object().value(key).toString();
+}
 
 }  // namespace sorvik

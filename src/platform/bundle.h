@@ -27,6 +27,9 @@ public:
     /// The path, whether or not the folder exists.
     [[nodiscard]] QString frameworksDirectory() const;
 
+    /// A text of Contents/Info.json; empty when the file can't be read, is no JSON, or has no text of that name.
+    [[nodiscard]] QString info(const QString& key) const;
+
 private:
     QString root_;
 };

@@ -60,5 +60,24 @@ TEST(Bundle, FindsOnlyWhatIsThere) {
     EXPECT_FALSE(bundle.resource(QStringLiteral("dangling")));
 }
 
+TEST(Bundle, ReadsItsInformationWhateverTheFileHolds) {
+    const QTemporaryDir folder;
+    const Bundle bundle(folder.path());
+    const auto read = [&](const QByteArray& content) {
+        QDir().mkpath(folder.filePath(QStringLiteral("Contents")));
+        QFile file(folder.filePath(QStringLiteral("Contents/Info.json")));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+        file.close();
+        return bundle.info(QStringLiteral("Name")).toStdString();
+    };
+    EXPECT_TRUE(bundle.info(QStringLiteral("Name")).isEmpty()) << "no file";
+    EXPECT_EQ(read(R"({"Name": "Sörvik", "Other": 1})"), "Sörvik");
+    for (const char* damaged :
+         {"", "{\"Name\": \"cut", "[\"Name\"]", "{\"Name\": {}}", "{\"Other\": \"x\"}", "\xff\xfe"}) {
+        EXPECT_EQ(read(damaged), "") << damaged;
+    }
+}
+
 }  // namespace
 }  // namespace sorvik

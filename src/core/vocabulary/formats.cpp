@@ -132,6 +132,18 @@ std::optional<InputFormat> detectInputFormat(QStringView extension) {
     return found == inputFormats.end() ? std::nullopt : std::optional(found->format);
 }
 
+QStringList recognisedExtensions() {
+    QStringList extensions;
+    for (const InputFormatRow& each : inputFormats) {
+        for (const QLatin1StringView extension : each.recognised) {
+            if (!extension.isEmpty()) {
+                extensions << QString(extension).toLower();
+            }
+        }
+    }
+    return extensions;
+}
+
 std::span<const ImageFormat> allImageFormats() { return everyImageFormat; }
 std::span<const InputFormat> allInputFormats() { return everyInputFormat; }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QStringView>
 
 #include <array>
@@ -31,6 +32,9 @@ inline constexpr std::size_t inputFormatCount = 15;
 
 /// Recognition by the extension alone, in any letter case; absent for an unknown one.
 [[nodiscard]] std::optional<InputFormat> detectInputFormat(QStringView extension);
+
+/// Every extension that is recognised, lower case.
+[[nodiscard]] QStringList recognisedExtensions();
 
 /// All output formats in the order of their declaration.
 [[nodiscard]] std::span<const ImageFormat> allImageFormats();

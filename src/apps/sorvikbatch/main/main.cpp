@@ -11,9 +11,9 @@
 
 #include "apps/sorvikbatch/batch_front.h"
 #include "apps/sorvikbatch/command_line.h"
-#include "apps/sorvikbatch/interrupt.h"
 #include "apps/sorvikbatch/metadata_front.h"
 #include "engines/replacement_journal.h"
+#include "platform/interrupt.h"
 #include "platform/log.h"
 #include "services/temporary_files.h"
 

@@ -1,4 +1,4 @@
-#include "apps/sorvikbatch/interrupt.h"
+#include "platform/interrupt.h"
 
 #include <fcntl.h>
 #include <unistd.h>

@@ -1,0 +1,84 @@
+#include "apps/sorvik/sorvik_app.h"
+
+#include <QApplication>
+
+#include <utility>
+
+#include "engines/replacement_journal.h"
+#include "platform/bundle.h"
+#include "platform/desktop/file_manager.h"
+#include "services/temporary_files.h"
+#include "ui/look/theme.h"
+#include "ui/update_messages.h"
+
+namespace sorvik {
+namespace {
+
+std::unique_ptr<Updater> makeUpdater(const std::shared_ptr<DefaultsStore>& store) {
+    return std::make_unique<Updater>(Updater::Configuration::of(Bundle::main()), store);
+}
+
+}  // namespace
+
+SorvikApp::SorvikApp(std::shared_ptr<DefaultsStore> store)
+    : store_(std::move(store)),
+      updater_(makeUpdater(store_)),
+      settings_(store_),
+      updateController_(updater_.get(), &settings_) {
+    followAppearance();
+    startUpdater();
+    sweepUp();
+    notifications_.requestPermission();
+}
+
+/// The window goes first: what a batch has in flight is waited for while all services still stand.
+SorvikApp::~SorvikApp() { window_.reset(); }
+
+void SorvikApp::followAppearance() {
+    connect(&settings_, &AppSettings::appearanceApplied, this, [](bool dark) { applyTheme(*qApp, dark); });
+    connect(&appearance_, &DesktopAppearance::changed, &settings_, &AppSettings::systemAppearanceChanged);
+    settings_.setSystemDarkSource([this] { return appearance_.isDark(); });
+    appearance_.start();
+}
+
+void SorvikApp::startUpdater() {
+    auto started = makeUpdater(store_);
+    started->start(&updateController_);
+    updateController_.setUpdater(started.get());
+    updater_ = std::move(started);
+}
+
+void SorvikApp::sweepUp() {
+    recoverReplacements();
+    TempFileManager::shared().cleanupOrphanedFiles();
+}
+
+void SorvikApp::makeWindow() {
+    window_ = std::make_unique<RootView>(engine_, settings_);
+    connect(window_.get(), &RootView::revealRequested, this, [](const QUrl& file) { revealInFileManager(file); });
+    connect(&window_->content().list(), &FileProcessingViewModel::batchEnded, this, &SorvikApp::tellEnd);
+    connect(&notificationCentre_, &DBusNotificationCentre::activated, window_.get(), &RootView::present);
+    new UpdateMessages(*updater_, *window_, window_.get());
+}
+
+/// A batch that had nothing to do has nothing to tell.
+void SorvikApp::tellEnd(int succeeded, int failed, bool cancelled) {
+    if (succeeded > 0 || failed > 0 || cancelled) {
+        notifications_.sendCompletionNotification(succeeded, failed, cancelled);
+    }
+}
+
+void SorvikApp::show(const QList<QUrl>& files) {
+    makeWindow();
+    window_->show();
+    window_->addFiles(files);
+}
+
+void SorvikApp::takeOver(const QList<QUrl>& files, const QByteArray& activationToken) {
+    // Read by the window system's plugin when the window asks for the focus.
+    qputenv("XDG_ACTIVATION_TOKEN", activationToken);
+    window_->addFiles(files);
+    window_->present();
+}
+
+}  // namespace sorvik

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QPalette>
+
+class QApplication;
+class QWidget;
+
+namespace sorvik {
+
+/// The program's colours. Secondary text is QPalette::PlaceholderText, the accent is QPalette::Highlight.
+[[nodiscard]] QPalette themePalette(bool dark);
+
+/// Of what went wrong, on QPalette::Base or QPalette::Window of the palette.
+[[nodiscard]] QColor failureColour(const QPalette& palette);
+
+/// Of the lines between and around controls.
+[[nodiscard]] QColor lineColour(const QPalette& palette);
+
+/// Style and colours for the whole program; to be called again when light and dark change. Main thread.
+void applyTheme(QApplication& application, bool dark);
+
+// The scale of type, made from a widget's or the program's font.
+enum class TextStyle { title, headline, body, caption };
+
+[[nodiscard]] QFont styledFont(const QFont& font, TextStyle style);
+
+/// Gives a label or other widget one of the styles, and secondary text the palette's secondary colour.
+void setTextStyle(QWidget& widget, TextStyle style);
+void setSecondary(QWidget& widget);
+
+}  // namespace sorvik

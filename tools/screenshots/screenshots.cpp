@@ -4,8 +4,13 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QMenuBar>
+#include <QMessageBox>
 #include <QPainter>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSignalSpy>
+#include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -15,9 +20,12 @@
 #include "core/batch_engine.h"
 #include "platform/defaults_store.h"
 #include "platform/log.h"
+#include "ui/about_window.h"
 #include "ui/look/theme.h"
+#include "ui/preferences/preferences_view.h"
 #include "ui/root_view.h"
 #include "ui/table/metadata_popover_view.h"
+#include "ui/update_prompt.h"
 
 using namespace sorvik;
 
@@ -163,16 +171,72 @@ QPixmap compressMode() {
     return picture(stage.window);
 }
 
+QPixmap applicationMenu() {
+    Stage stage;
+    auto* menu = stage.window.menuBar()->findChild<QMenu*>();
+    stage.window.menuBar()->setActiveAction(menu->menuAction());
+    QTest::qWait(200);
+    return picture(stage.window, menu);
+}
+
+/// One tab of the preferences, at its top or at its end.
+QPixmap preferences(int tab, bool end = false) {
+    AppSettings settings(std::make_shared<MemoryDefaultsStore>());
+    settings.convertCompressionEnabled = true;
+    PreferencesView view(settings);
+    auto& tabs = *view.findChild<QTabWidget*>();
+    tabs.setCurrentIndex(tab);
+    view.show();
+    QTest::qWait(200);
+    if (auto* area = qobject_cast<QScrollArea*>(tabs.currentWidget()); area != nullptr && end) {
+        area->verticalScrollBar()->setValue(area->verticalScrollBar()->maximum());
+        QTest::qWait(50);
+    }
+    return picture(view);
+}
+
+QPixmap preferencesGeneral() { return preferences(0); }
+QPixmap preferencesFiles() { return preferences(1); }
+QPixmap preferencesFilesEnd() { return preferences(1, true); }
+QPixmap preferencesOutput() { return preferences(2); }
+QPixmap preferencesOutputEnd() { return preferences(2, true); }
+
+QPixmap about() {
+    AboutWindowController about(QStringLiteral(SORVIK_VERSION), {QStringLiteral("Brennaloft"), {}, {}});
+    about.show();
+    QTest::qWait(200);
+    return picture(*about.window());
+}
+
+QPixmap updatePrompt() {
+    Stage stage;
+    askForAutomaticUpdates(stage.window, [](bool) {});
+    QTest::qWait(200);
+    return picture(*stage.window.findChild<QMessageBox*>());
+}
+
 struct Scene {
     const char* name;
     QPixmap (*take)();
 };
 
 constexpr std::array scenes{
-    Scene{"empty", emptyList}, Scene{"inviting", invitingList},
-    Scene{"rows", rows},       Scene{"running", running},
-    Scene{"done", done},       Scene{"failures", failures},
-    Scene{"popover", popover}, Scene{"compress", compressMode},
+    Scene{"empty", emptyList},
+    Scene{"inviting", invitingList},
+    Scene{"rows", rows},
+    Scene{"running", running},
+    Scene{"done", done},
+    Scene{"failures", failures},
+    Scene{"popover", popover},
+    Scene{"compress", compressMode},
+    Scene{"menu", applicationMenu},
+    Scene{"preferences-general", preferencesGeneral},
+    Scene{"preferences-files", preferencesFiles},
+    Scene{"preferences-files-end", preferencesFilesEnd},
+    Scene{"preferences-output", preferencesOutput},
+    Scene{"preferences-output-end", preferencesOutputEnd},
+    Scene{"about", about},
+    Scene{"prompt", updatePrompt},
 };
 
 }  // namespace
@@ -184,6 +248,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     setLogSink({});
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/sorvik.svg")));
     const QStringList wanted = QApplication::arguments().mid(3);
     const QString folder = QString::fromLocal8Bit(argv[1]);
     const QString look = QString::fromLocal8Bit(argv[2]);

@@ -70,6 +70,11 @@ void DesktopSession::tool(const QStringList& arguments) const {
     EXPECT_EQ(tool.exitCode(), 0) << tool.readAllStandardError().toStdString();
 }
 
+void DesktopSession::waitForWindow(const QString& title) const {
+    tool({QStringLiteral("search"), QStringLiteral("--sync"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
+          title});
+}
+
 void DesktopSession::press(const QString& key) const {
     tool({QStringLiteral("search"), QStringLiteral("--sync"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
           QStringLiteral("^Sorvik$"), QStringLiteral("windowfocus"), QStringLiteral("--sync")});

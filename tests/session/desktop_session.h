@@ -56,6 +56,9 @@ public:
     /// Presses a key in the program's window, once it is there.
     void press(const QString& key) const;
 
+    /// Until a window with a title that matches is seen.
+    void waitForWindow(const QString& title) const;
+
     [[nodiscard]] QString path(const QString& name) const { return folder_.filePath(name); }
 
 private:

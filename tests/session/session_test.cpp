@@ -50,6 +50,9 @@ TEST(Session, ABatchEndsWithANotificationThatTheNextOneReplaces) {
     EXPECT_NE(session.notifications().shown.back().replaces, 0U);
     EXPECT_TRUE(QFile::exists(session.path(QStringLiteral("second one.png"))));
 
+    // No other window keeps the program alive.
+    session.press(QStringLiteral("ctrl+comma"));
+    session.waitForWindow(QStringLiteral("^Preferences"));
     session.press(QStringLiteral("ctrl+q"));
     EXPECT_TRUE(program->waitForFinished(patience));
     EXPECT_EQ(program->exitStatus(), QProcess::NormalExit);

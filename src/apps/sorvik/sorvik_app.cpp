@@ -23,6 +23,12 @@ ProductLinks productLinks(const Bundle& bundle) {
             QUrl(bundle.info(QStringLiteral("SorvikWebsiteURL")))};
 }
 
+/// What a run left that was killed.
+void sweepUp() {
+    recoverReplacements();
+    TempFileManager::shared().cleanupOrphanedFiles();
+}
+
 }  // namespace
 
 SorvikApp::SorvikApp(std::shared_ptr<DefaultsStore> store)
@@ -53,11 +59,6 @@ void SorvikApp::startUpdater() {
     started->start(&updateController_);
     updateController_.setUpdater(started.get());
     updater_ = std::move(started);
-}
-
-void SorvikApp::sweepUp() {
-    recoverReplacements();
-    TempFileManager::shared().cleanupOrphanedFiles();
 }
 
 void SorvikApp::makeWindow() {

@@ -41,7 +41,6 @@ public:
 private:
     void followAppearance();
     void startUpdater();
-    void sweepUp();
     void makeWindow();
     void showAbout();
     void showPreferences();

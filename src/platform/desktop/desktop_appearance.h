@@ -27,10 +27,9 @@ public:
 signals:
     void changed();
 
-private slots:
-    void settingChanged(const QDBusMessage& message);
-
 private:
+    Q_SLOT void settingChanged(const QDBusMessage& message);
+
     void ask(const QDBusConnection& bus, const QString& method);
     void take(const QVariant& scheme);
 

@@ -24,7 +24,7 @@ namespace {
 
 constexpr int headerHeight = 30;
 constexpr int rowPadding = 14;                      // above and below a single line of text together
-constexpr int errorPadding = 12;                    // where a second line stands below it
+constexpr int errorPadding = 10;                    // where the reason of a failure stands below it
 constexpr std::chrono::milliseconds seenDelay{60};  // rows that only fly past are not asked
 
 int plainHeight(const QFont& font) { return std::max(QFontMetrics(font).height() + rowPadding, 30); }
@@ -186,7 +186,7 @@ int FileTableView::heightOf(const FileItem& item) {
         const QRect cell(0, 0, columnWidth(columnIndex(Column::name)), 0);
         const int width = nameTextBox(cell, hasIcon(item)).width();
         known =
-            errorHeights_.insert(*item.errorMessage, nameHeight(font(), *item.errorMessage, width) + rowPadding - 4);
+            errorHeights_.insert(*item.errorMessage, nameHeight(font(), *item.errorMessage, width) + errorPadding);
     }
     return *known;
 }

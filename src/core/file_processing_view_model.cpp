@@ -62,7 +62,9 @@ FileProcessingViewModel::FileProcessingViewModel(BatchEngine& engine, QObject* p
     monitor_.startMonitoring();
 }
 
-FileProcessingViewModel::~FileProcessingViewModel() {
+FileProcessingViewModel::~FileProcessingViewModel() { finish(); }
+
+void FileProcessingViewModel::finish() {
     cancel();
     while (isConverting) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);

@@ -36,8 +36,12 @@ public:
     explicit FileProcessingViewModel(BatchEngine& engine, QObject* parent = nullptr,
                                      MemoryPressureMonitor& monitor = MemoryPressureMonitor::shared());
 
-    /// A batch that still runs is cancelled; what is in flight is waited for.
+    /// Finishes.
     ~FileProcessingViewModel() override;
+
+    /// Cancels a batch that runs and waits for the files in flight; events are handled meanwhile. Who follows the
+    /// list calls it before it goes itself.
+    void finish();
 
     /// Files in flight at once: three quarters of the processors, 2 at least and 8 at most.
     [[nodiscard]] static int maxConcurrentOperations(int processors);

@@ -13,7 +13,7 @@ constexpr double daily = 86400.0;  // seconds
 UpdateController::UpdateController(Updater* updater, AppSettings* settings, QObject* parent)
     : QObject(parent), updater_(updater), settings_(settings) {
     logLine(QStringLiteral("🚀 UpdateController initialized"));
-    if (settings_) {
+    if (settings_ != nullptr) {
         observer_ = settings_->automaticUpdateCheck.addNotifier([this] { configureUpdater(); });
     }
     configureUpdater();
@@ -22,7 +22,7 @@ UpdateController::UpdateController(Updater* updater, AppSettings* settings, QObj
 UpdateController::~UpdateController() { setUpdater(nullptr); }
 
 void UpdateController::setUpdater(Updater* updater) {
-    if (updater_ && updater_ != updater) {
+    if (updater_ != nullptr && updater_ != updater) {
         updater_->setDelegate(nullptr);
     }
     updater_ = updater;
@@ -30,14 +30,14 @@ void UpdateController::setUpdater(Updater* updater) {
 }
 
 void UpdateController::configureUpdater() {
-    if (updater_ && settings_) {
+    if (updater_ != nullptr && settings_ != nullptr) {
         updater_->updateCheckInterval = daily;
         updater_->automaticallyChecksForUpdates = settings_->automaticUpdateCheck.value();
     }
 }
 
 bool UpdateController::shouldShowPrompt() const {
-    if (!settings_) {
+    if (settings_ == nullptr) {
         return false;
     }
     const bool shown = settings_->hasShownUpdatePreferencesDialog;
@@ -51,7 +51,7 @@ bool UpdateController::shouldShowPrompt() const {
 void UpdateController::answerPrompt(bool automatic) {
     logLine(QStringLiteral("✅ User selected: ") +
             (automatic ? QStringLiteral("Check Automatically") : QStringLiteral("Don't Check")));
-    if (settings_) {
+    if (settings_ != nullptr) {
         settings_->automaticUpdateCheck = automatic;
         settings_->storeUpdateCheck();
         settings_->hasShownUpdatePreferencesDialog = true;
@@ -59,7 +59,7 @@ void UpdateController::answerPrompt(bool automatic) {
 }
 
 bool UpdateController::updaterShouldPromptForPermissionToCheckForUpdates() {
-    return !settings_ || !settings_->hasShownUpdatePreferencesDialog;
+    return settings_ == nullptr || !settings_->hasShownUpdatePreferencesDialog;
 }
 
 void UpdateController::updaterDidNotFindUpdate(const QString& error) {

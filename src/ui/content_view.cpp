@@ -37,7 +37,7 @@ ContentView::ContentView(BatchEngine& engine, AppSettings& settings, QWidget* pa
 
 ContentView::~ContentView() {
     keepColumns();
-    list_.reset();  // while the views that follow its end still stand
+    list_->finish();  // while the views that follow its end still stand
 }
 
 void ContentView::addTabs() {

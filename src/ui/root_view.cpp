@@ -55,6 +55,8 @@ RootView::RootView(BatchEngine& engine, AppSettings& settings, UpdateController*
 
 // Menus
 
+RootView::~RootView() { content_->list().finish(); }
+
 QAction* RootView::addAction(QMenu* menu, const QString& text, const QString& name, const QKeySequence& shortcut) {
     QAction* action = menu->addAction(text);
     action->setObjectName(name);

@@ -16,6 +16,7 @@ public:
     /// All must outlive the object. Without `updates` nothing is asked or offered about them.
     RootView(BatchEngine& engine, AppSettings& settings, UpdateController* updates = nullptr,
              QWidget* parent = nullptr);
+    ~RootView() override;
 
     [[nodiscard]] ContentView& content() { return *content_; }
 

@@ -160,6 +160,28 @@ TEST_F(WindowTest, DeletingIsRefusedDuringABatchAndStopEndsIt) {
     EXPECT_LT(std::ranges::count_if(list().files(), &FileItem::isProcessed), 12);
 }
 
+TEST_F(WindowTest, AWindowThatGoesDuringABatchFinishesWhatIsInFlight) {
+    auto second = std::make_unique<RootView>(engine, settings);
+    second->show();
+    QSignalSpy inserted(&second->content().list(), &FileProcessingViewModel::filesInserted);
+    QList<QUrl> urls;
+    for (const auto* name : {"1.bmp", "2.bmp", "3.bmp", "4.bmp"}) {
+        urls << QUrl::fromLocalFile(writeBig(QString::fromLatin1(name)));
+    }
+    second->addFiles(urls);
+    ASSERT_TRUE(inserted.wait(patience));
+    second->content().start();
+    QTRY_COMPARE_WITH_TIMEOUT(second->content().list().files().front().conversionStatus, ConversionStatus::converting,
+                              patience);
+    second.reset();
+    const QStringList outputs = QDir(folder.path()).entryList({QStringLiteral("*.jpg"), QStringLiteral("*.png")});
+    EXPECT_FALSE(outputs.isEmpty());
+    EXPECT_LT(outputs.size(), 4);
+    for (const QString& output : outputs) {
+        EXPECT_EQ(QImage(folder.filePath(output)).size(), QSize(2400, 2400));
+    }
+}
+
 TEST_F(WindowTest, PlaceAndColumnsAreRemembered) {
     window.setGeometry(40, 30, 900, 520);
     drop({write(QStringLiteral("a.jpg"), "a")});

@@ -12,8 +12,8 @@ namespace sorvik {
 /// A default target as a line of a list; the id is not stored.
 struct FormatMapping {
     QUuid id;
-    InputFormat inputFormat;
-    ImageFormat outputFormat;
+    InputFormat inputFormat = InputFormat::jpeg;
+    ImageFormat outputFormat = ImageFormat::png;
 };
 
 /// The default targets as a list that is edited line by line. Every change goes to the store at once. An id that is

@@ -63,7 +63,7 @@ QLabel* AboutView::makeIcon() const {
     return icon;
 }
 
-QLabel* AboutView::makeVersion(const QString& version) const {
+QLabel* AboutView::makeVersion(const QString& version) {
     auto* label = new QLabel(QStringLiteral("Version ") + (version.isEmpty() ? QStringLiteral("1.0.0") : version));
     label->setObjectName(QStringLiteral("versionText"));
     label->setTextFormat(Qt::PlainText);

@@ -29,7 +29,7 @@ protected:
 
 private:
     [[nodiscard]] QLabel* makeIcon() const;
-    [[nodiscard]] QLabel* makeVersion(const QString& version) const;
+    [[nodiscard]] static QLabel* makeVersion(const QString& version);
     void setUpCredit();
     [[nodiscard]] QString creditText() const;
 

@@ -27,7 +27,7 @@ protected:
     static constexpr int patience = 120000;  // milliseconds; only a hang takes that long
 
     WindowTest() {
-        applyTheme(*qApp, false);
+        applyTheme(false);
         settings.hasShownUpdatePreferencesDialog = true;
         window.show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));

@@ -252,7 +252,7 @@ int main(int argc, char** argv) {
     const QStringList wanted = QApplication::arguments().mid(3);
     const QString folder = QString::fromLocal8Bit(argv[1]);
     const QString look = QString::fromLocal8Bit(argv[2]);
-    applyTheme(application, look == QLatin1StringView("dark"));
+    applyTheme(look == QLatin1StringView("dark"));
     const QString scale = application.devicePixelRatio() > 1 ? QStringLiteral("-200") : QString();
     for (const Scene& scene : scenes) {
         const QString name = QString::fromLatin1(scene.name);

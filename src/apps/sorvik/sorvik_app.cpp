@@ -48,7 +48,7 @@ SorvikApp::SorvikApp(std::shared_ptr<DefaultsStore> store)
 SorvikApp::~SorvikApp() { window_.reset(); }
 
 void SorvikApp::followAppearance() {
-    connect(&settings_, &AppSettings::appearanceApplied, this, [](bool dark) { applyTheme(*qApp, dark); });
+    connect(&settings_, &AppSettings::appearanceApplied, this, &applyTheme);
     connect(&appearance_, &DesktopAppearance::changed, &settings_, &AppSettings::systemAppearanceChanged);
     settings_.setSystemDarkSource([this] { return appearance_.isDark(); });
     appearance_.start();

@@ -88,8 +88,8 @@ QColor controlLineColour(const QPalette& palette) {
 
 QColor scrollColour(const QPalette& palette) { return QColor::fromRgb(isDark(palette) ? scrollDark : scrollLight); }
 
-void applyTheme(QApplication& application, bool dark) {
-    if (qobject_cast<HouseStyle*>(application.style()) == nullptr) {
+void applyTheme(bool dark) {
+    if (qobject_cast<HouseStyle*>(QApplication::style()) == nullptr) {
         QApplication::setStyle(new HouseStyle);
     }
     QApplication::setPalette(themePalette(dark));

@@ -4,7 +4,6 @@
 #include <QFont>
 #include <QPalette>
 
-class QApplication;
 class QWidget;
 
 namespace sorvik {
@@ -25,7 +24,7 @@ namespace sorvik {
 [[nodiscard]] QColor scrollColour(const QPalette& palette);
 
 /// Style and colours for the whole program; to be called again when light and dark change. Main thread.
-void applyTheme(QApplication& application, bool dark);
+void applyTheme(bool dark);
 
 // The scale of type, made from a widget's or the program's font.
 enum class TextStyle { title, headline, body, caption };

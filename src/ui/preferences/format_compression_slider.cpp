@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "ui/preferences/preferences_page.h"
 
@@ -22,12 +23,12 @@ constexpr int largeStepsAbove = 10;
 }  // namespace
 
 FormatCompressionSlider::FormatCompressionSlider(const QString& title, QProperty<double>& value, Range range,
-                                                 const QString& unit, const QString& description, QWidget* parent)
+                                                 QString unit, const QString& description, QWidget* parent)
     : QWidget(parent),
       value_(value),
       range_(range),
       step_(range.upper > largeStepsAbove ? largeStep : smallStep),
-      unit_(unit),
+      unit_(std::move(unit)),
       title_(new QLabel(title + u':')),
       slider_(new QSlider(Qt::Horizontal)),
       valueLabel_(new QLabel) {

@@ -21,7 +21,7 @@ public:
     };
 
     /// `value` must outlive the widget.
-    FormatCompressionSlider(const QString& title, QProperty<double>& value, Range range, const QString& unit,
+    FormatCompressionSlider(const QString& title, QProperty<double>& value, Range range, QString unit,
                             const QString& description, QWidget* parent = nullptr);
 
     [[nodiscard]] QSlider& slider() const { return *slider_; }

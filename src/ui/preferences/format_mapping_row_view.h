@@ -34,7 +34,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    [[nodiscard]] QComboBox* makePicker(const QString& name);
+    [[nodiscard]] static QComboBox* makePicker(const QString& name);
     [[nodiscard]] QToolButton* makeRemoveButton();
     void connectPickers();
     void nameForReaders(std::size_t index, std::size_t totalCount);

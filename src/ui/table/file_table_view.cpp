@@ -185,8 +185,7 @@ int FileTableView::heightOf(const FileItem& item) {
     if (known == errorHeights_.end()) {
         const QRect cell(0, 0, columnWidth(columnIndex(Column::name)), 0);
         const int width = nameTextBox(cell, hasIcon(item)).width();
-        known =
-            errorHeights_.insert(*item.errorMessage, nameHeight(font(), *item.errorMessage, width) + errorPadding);
+        known = errorHeights_.insert(*item.errorMessage, nameHeight(font(), *item.errorMessage, width) + errorPadding);
     }
     return *known;
 }

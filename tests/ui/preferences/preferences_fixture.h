@@ -42,7 +42,7 @@ enum Tab { general, files, output };
 /// The window over a store that a test may fill before open().
 class PreferencesTest : public testing::Test {
 protected:
-    PreferencesTest() { applyTheme(*qApp, false); }
+    PreferencesTest() { applyTheme(false); }
 
     void open(Tab tab) {
         if (!settings) {

@@ -147,7 +147,7 @@ void recoverReplacements() {
 
 QString replacementNotesFolder() {
     const QString configured = qEnvironmentVariable("XDG_STATE_HOME");
-    // A relative path is to be ignored there (XDG Base Directory Specification).
+    // A relative path is to be ignored there (XDG base directories).
     const QString state =
         QDir::isAbsolutePath(configured) ? configured : QDir::homePath() + QStringLiteral("/.local/state");
     return state + QStringLiteral("/sorvik/replacements");

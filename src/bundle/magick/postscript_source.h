@@ -32,7 +32,7 @@ struct Extent {
 };
 
 /// Looks at the first bytes of a file; 32 are enough. Absent when they are no PostScript.
-/// Source of the binary header: Adobe's Encapsulated PostScript File Format Specification 3.0, section 5.2.
+/// Source of the binary header: Adobe's "Encapsulated PostScript File Format" 3.0, section 5.2.
 [[nodiscard]] std::optional<PostScriptSection> findPostScript(std::string_view head, std::uint64_t fileSize);
 
 /// The bounding box by the comments of a text, the finer one where there are two, from its first and its last

@@ -12,7 +12,7 @@ enum class Page {
 };
 
 /// Looks at a PNG as Ghostscript's device `pngalpha` writes it: four channels of 8 bits, not interlaced. Stops
-/// inflating at the first pixel that was painted. Source: PNG specification, second edition.
+/// inflating at the first pixel that was painted. Source: ISO/IEC 15948 (PNG, second edition).
 [[nodiscard]] Page lookAtPage(const std::string& path);
 
 }  // namespace sorvik::bundle

@@ -15,10 +15,10 @@ struct FrameList {
     bool whole = false;        ///< every frame ends in the file, and so does the list of them
 };
 
-/// Blocks as in the GIF89a specification, up to the trailer.
+/// Blocks as in GIF89a, up to the trailer.
 [[nodiscard]] FrameList gifFrames(std::span<const std::byte> bytes);
 
-/// Chunks as in the WebP container specification (RFC 9649).
+/// Chunks as in the WebP container (RFC 9649).
 [[nodiscard]] FrameList webpFrames(std::span<const std::byte> bytes);
 
 /// Directories as in TIFF 6.0, section 2, or BigTIFF.

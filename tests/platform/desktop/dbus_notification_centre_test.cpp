@@ -5,16 +5,15 @@
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
 #include <QElapsedTimer>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <gtest/gtest.h>
-#include <signal.h>
+#include <csignal>
 #include <functional>
 #include <memory>
 
 #include "platform/log.h"
+#include "private_bus.h"
 #include "services/notification_service.h"
 
 namespace sorvik {
@@ -24,39 +23,6 @@ const QString daemonName = QStringLiteral("org.freedesktop.Notifications");
 const QString daemonPath = QStringLiteral("/org/freedesktop/Notifications");
 
 bool waitUntil(const std::function<bool()>& condition) { return QTest::qWaitFor(condition, 60000); }
-
-/// A session bus of the test's own, always at the same address.
-class PrivateBus {
-public:
-    PrivateBus() { start(); }
-    void start() {
-        process_.start(QStringLiteral("dbus-daemon"),
-                       {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address"),
-                        QStringLiteral("--address=") + address()});
-        isRunning_ = process_.waitForReadyRead();
-    }
-    PrivateBus(const PrivateBus&) = delete;
-    PrivateBus& operator=(const PrivateBus&) = delete;
-    ~PrivateBus() {
-        signal(SIGCONT);
-        stop();
-    }
-
-    [[nodiscard]] bool isRunning() const { return isRunning_; }
-    [[nodiscard]] QString address() const {
-        return QStringLiteral("unix:path=") + folder_.filePath(QStringLiteral("bus"));
-    }
-    void signal(int number) const { ::kill(static_cast<pid_t>(process_.processId()), number); }
-    void stop() {
-        process_.kill();
-        process_.waitForFinished();
-    }
-
-private:
-    QTemporaryDir folder_;
-    QProcess process_;
-    bool isRunning_ = false;
-};
 
 /// A notification daemon that answers on demand.
 class Daemon : public QDBusVirtualObject {
@@ -120,8 +86,6 @@ protected:
                          [this](const QString& identifier) { activated << identifier; });
     }
     ~Notifications() override { setLogSink({}); }
-
-    void SetUp() override { ASSERT_TRUE(bus.isRunning()); }
 
     void startDaemon() {
         daemon = std::make_unique<Daemon>(bus.address());

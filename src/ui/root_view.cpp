@@ -53,9 +53,9 @@ RootView::RootView(BatchEngine& engine, AppSettings& settings, UpdateController*
     restorePlace();
 }
 
-// Menus
-
 RootView::~RootView() { content_->list().finish(); }
+
+// Menus
 
 QAction* RootView::addAction(QMenu* menu, const QString& text, const QString& name, const QKeySequence& shortcut) {
     QAction* action = menu->addAction(text);

@@ -107,7 +107,7 @@ void FileTableView::connectList() {
     arcTimer_.setInterval(progressArcInterval);
     connect(&arcTimer_, &QTimer::timeout, this, &FileTableView::turnArcs);
     if (icons_ != nullptr) {
-        connect(icons_, &MetadataIcons::answered, viewport(), qOverload<>(&QWidget::update));
+        connect(icons_, &MetadataIcons::answered, this, &FileTableView::redrawName);
     }
 }
 
@@ -116,8 +116,10 @@ void FileTableView::connectRows() {
         fitRows(first, last);
         seenTimer_.start();
     });
-    connect(&model_, &QAbstractItemModel::dataChanged, this,
-            [this](const QModelIndex& first, const QModelIndex& last) { fitRows(first.row(), last.row()); });
+    connect(&model_, &QAbstractItemModel::dataChanged, this, [this](const QModelIndex& first, const QModelIndex& last) {
+        fitRows(first.row(), last.row());
+        startArcs();
+    });
     connect(&model_, &QAbstractItemModel::modelAboutToBeReset, this, [this] {
         place_ = {verticalScrollBar()->value(), currentIndex().row(), currentIndex().column()};
     });
@@ -236,20 +238,36 @@ void FileTableView::lookAtSeenRows() {
         const auto begin = list_.files().begin();
         icons_->show(last < first ? std::vector<FileItem>() : std::vector<FileItem>(begin + first, begin + last + 1));
     }
-    if (last < first) {
-        arcTimer_.stop();
-    } else if (!arcTimer_.isActive()) {
+    startArcs();
+}
+
+void FileTableView::startArcs() {
+    if (!arcTimer_.isActive()) {
         arcTimer_.start();
     }
 }
 
+/// Ends by itself when nothing that is seen turns: a window at rest costs nothing.
 void FileTableView::turnArcs() {
     const auto [first, last] = seenRows();
+    bool turns = false;
     for (int row = first; row <= last; ++row) {
-        const FileItem& item = list_.files()[static_cast<std::size_t>(row)];
-        if (isTurning(item)) {
+        if (isTurning(list_.files()[static_cast<std::size_t>(row)])) {
+            turns = true;
             update(model_.index(row, columnIndex(Column::name)));
             update(model_.index(row, columnIndex(Column::status)));
+        }
+    }
+    if (!turns) {
+        arcTimer_.stop();
+    }
+}
+
+void FileTableView::redrawName(const QUuid& id) {
+    const auto [first, last] = seenRows();
+    for (int row = first; row <= last; ++row) {
+        if (list_.files()[static_cast<std::size_t>(row)].id == id) {
+            update(model_.index(row, columnIndex(Column::name)));
         }
     }
 }

@@ -72,7 +72,9 @@ private:
     void fitRows(int first, int last);
     [[nodiscard]] int heightOf(const FileItem& item);
     void lookAtSeenRows();
+    void startArcs();
     void turnArcs();
+    void redrawName(const QUuid& id);
     void takeSelection();
     void tellSelection();
     void openPicker(const QModelIndex& index);

@@ -30,6 +30,13 @@ QString pictureFilter() {
     return QStringLiteral("Images (%1)").arg(patterns.join(u' '));
 }
 
+QAction* addTo(QMenu* menu, const QString& text, const QString& name, const QKeySequence& shortcut) {
+    QAction* action = menu->addAction(text);
+    action->setObjectName(name);
+    action->setShortcut(shortcut);
+    return action;
+}
+
 }  // namespace
 
 RootView::RootView(BatchEngine& engine, AppSettings& settings, UpdateController* updates, QWidget* parent)
@@ -57,25 +64,18 @@ RootView::~RootView() { content_->list().finish(); }
 
 // Menus
 
-QAction* RootView::addAction(QMenu* menu, const QString& text, const QString& name, const QKeySequence& shortcut) {
-    QAction* action = menu->addAction(text);
-    action->setObjectName(name);
-    action->setShortcut(shortcut);
-    return action;
-}
-
 void RootView::addApplicationMenu() {
     QMenu* menu = menuBar()->addMenu(QStringLiteral("&Sorvik"));
-    connect(addAction(menu, QStringLiteral("About Sorvik"), QStringLiteral("aboutAction"), {}), &QAction::triggered,
-            this, &RootView::aboutRequested);
+    connect(addTo(menu, QStringLiteral("About Sorvik"), QStringLiteral("aboutAction"), {}), &QAction::triggered, this,
+            &RootView::aboutRequested);
     addCheckForUpdates(*menu);
     menu->addSeparator();
-    QAction* preferences = addAction(menu, QStringLiteral("Preferences…"), QStringLiteral("preferencesAction"),
-                                     QKeySequence(Qt::CTRL | Qt::Key_Comma));
+    QAction* preferences = addTo(menu, QStringLiteral("Preferences…"), QStringLiteral("preferencesAction"),
+                                 QKeySequence(Qt::CTRL | Qt::Key_Comma));
     connect(preferences, &QAction::triggered, this, &RootView::preferencesRequested);
     menu->addSeparator();
-    QAction* quit = addAction(menu, QStringLiteral("Quit Sorvik"), QStringLiteral("quitAction"),
-                              QKeySequence(Qt::CTRL | Qt::Key_Q));
+    QAction* quit =
+        addTo(menu, QStringLiteral("Quit Sorvik"), QStringLiteral("quitAction"), QKeySequence(Qt::CTRL | Qt::Key_Q));
     connect(quit, &QAction::triggered, this, &QWidget::close);
 }
 
@@ -90,25 +90,24 @@ void RootView::addCheckForUpdates(QMenu& menu) {
 
 void RootView::addFileMenu() {
     QMenu* menu = menuBar()->addMenu(QStringLiteral("&File"));
-    connect(addAction(menu, QStringLiteral("Add Files..."), QStringLiteral("addFilesAction"), QKeySequence::Open),
+    connect(addTo(menu, QStringLiteral("Add Files..."), QStringLiteral("addFilesAction"), QKeySequence::Open),
             &QAction::triggered, this, &RootView::openFiles);
     menu->addSeparator();
-    start_ = addAction(menu, QStringLiteral("Start"), QStringLiteral("startAction"),
-                       QKeySequence(Qt::CTRL | Qt::Key_Return));
+    start_ =
+        addTo(menu, QStringLiteral("Start"), QStringLiteral("startAction"), QKeySequence(Qt::CTRL | Qt::Key_Return));
     connect(start_, &QAction::triggered, content_, &ContentView::start);
-    stop_ =
-        addAction(menu, QStringLiteral("Stop"), QStringLiteral("stopAction"), QKeySequence(Qt::CTRL | Qt::Key_Period));
+    stop_ = addTo(menu, QStringLiteral("Stop"), QStringLiteral("stopAction"), QKeySequence(Qt::CTRL | Qt::Key_Period));
     connect(stop_, &QAction::triggered, this, [this] { content_->list().cancel(); });
 }
 
 void RootView::addEditMenu() {
     QMenu* menu = menuBar()->addMenu(QStringLiteral("&Edit"));
-    connect(addAction(menu, QStringLiteral("Paste"), QStringLiteral("pasteAction"), QKeySequence::Paste),
+    connect(addTo(menu, QStringLiteral("Paste"), QStringLiteral("pasteAction"), QKeySequence::Paste),
             &QAction::triggered, this, &RootView::paste);
-    connect(addAction(menu, QStringLiteral("Select All"), QStringLiteral("selectAllAction"), QKeySequence::SelectAll),
+    connect(addTo(menu, QStringLiteral("Select All"), QStringLiteral("selectAllAction"), QKeySequence::SelectAll),
             &QAction::triggered, this, [this] { content_->table().selectAll(); });
     // The key itself is the table's, which hears its repeats too.
-    remove_ = addAction(menu, QStringLiteral("Remove from List\tDel"), QStringLiteral("removeAction"), {});
+    remove_ = addTo(menu, QStringLiteral("Remove from List\tDel"), QStringLiteral("removeAction"), {});
     connect(remove_, &QAction::triggered, this, [this] { content_->list().deleteSelected(); });
 }
 

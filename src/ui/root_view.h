@@ -39,7 +39,6 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    QAction* addAction(QMenu* menu, const QString& text, const QString& name, const QKeySequence& shortcut);
     void addApplicationMenu();
     void addCheckForUpdates(QMenu& menu);
     void addFileMenu();

@@ -22,7 +22,7 @@ public:
     using QMessageBox::QMessageBox;
 
 protected:
-    void closeEvent(QCloseEvent* event) override { QDialog::closeEvent(event); }
+    void closeEvent(QCloseEvent* /*event*/) override { reject(); }
 };
 
 }  // namespace

@@ -49,9 +49,11 @@ void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, 
     }
 }
 
-const FileItem& CellDelegate::fileOf(const QModelIndex& index) {
-    return static_cast<const FileTableModel*>(index.model())->file(index);
+const FileTableModel& CellDelegate::modelOf(const QModelIndex& index) {
+    return dynamic_cast<const FileTableModel&>(*index.model());
 }
+
+const FileItem& CellDelegate::fileOf(const QModelIndex& index) { return modelOf(index).file(index); }
 
 QColor CellDelegate::inkOf(const QStyleOptionViewItem& option, QPalette::ColorRole role) {
     return option.palette.color(option.state.testFlag(QStyle::State_Selected) ? QPalette::HighlightedText : role);
@@ -131,8 +133,7 @@ void FormatDelegate::paintContent(QPainter& painter, const QStyleOptionViewItem&
 
 void StatusDelegate::paintContent(QPainter& painter, const QStyleOptionViewItem& option,
                                   const QModelIndex& index) const {
-    const auto* model = static_cast<const FileTableModel*>(index.model());
-    const StatusLook look = statusLook(fileOf(index), model->isConverting());
+    const StatusLook look = statusLook(fileOf(index), modelOf(index).isConverting());
     QRect text = option.rect.adjusted(cellPadding, 0, -cellPadding / 2, 0);
     QColor ink = inkOf(option, QPalette::PlaceholderText);
     switch (look.kind) {

@@ -25,6 +25,7 @@ protected:
     virtual void paintContent(QPainter& painter, const QStyleOptionViewItem& option,
                               const QModelIndex& index) const = 0;
 
+    [[nodiscard]] static const FileTableModel& modelOf(const QModelIndex& index);
     [[nodiscard]] static const FileItem& fileOf(const QModelIndex& index);
 
     /// A colour of the palette, or the one for selected rows.

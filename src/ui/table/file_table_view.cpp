@@ -354,8 +354,7 @@ QString FileTableView::hintUnder(const QPoint& point) const {
 }
 
 bool FileTableView::viewportEvent(QEvent* event) {
-    if (event->type() == QEvent::ToolTip) {
-        const auto* help = static_cast<QHelpEvent*>(event);
+    if (const auto* help = dynamic_cast<QHelpEvent*>(event); help != nullptr && event->type() == QEvent::ToolTip) {
         const QString hint = hintUnder(help->pos());
         QToolTip::showText(help->globalPos(), asPlainText(hint), viewport());
         return true;

@@ -163,10 +163,16 @@ void Batch::showStatus(const WorkItem& work, ConversionStatus status) {
 }
 
 void Batch::finish(const WorkItem& work, const std::function<void(FileItem&)>& change) {
-    if (const auto index = indexOf(work)) {
-        model_.changeFile(*index, change);
-        model_.updateFile(*index, true, std::nullopt);
+    const auto index = indexOf(work);
+    if (!index) {
+        return;
     }
+    // Whoever chose another target meanwhile still waits for it.
+    const bool isWanted = model_.files_[static_cast<std::size_t>(*index)].outputFormat == work.item.outputFormat;
+    if (isWanted) {
+        model_.changeFile(*index, change);
+    }
+    model_.updateFile(*index, isWanted, std::nullopt);
 }
 
 void Batch::skip(const WorkItem& work, const QString& reason) {

@@ -81,7 +81,11 @@ bool FileProcessingViewModel::handleDrop(const QList<QUrl>& urls) {
         settings_ != nullptr ? FormatResolver(FormatMappingReader(settings_->store()).allMappings()) : FormatResolver();
     QtConcurrent::run(&pool_, [urls, mode, targets] {
         return makeFileItems(urls, mode, targets);
-    }).then(this, [this, mode](std::vector<FileItem> items) { addFiles(std::move(items), mode); });
+    }).then(this, [this, mode, generation = generation_](std::vector<FileItem> items) {
+        if (generation == generation_) {
+            addFiles(std::move(items), mode);
+        }
+    });
     return true;
 }
 
@@ -94,9 +98,17 @@ void FileProcessingViewModel::addFiles(std::vector<FileItem> items, ProcessingMo
     const bool startsItself = mode == ProcessingMode::compress && settings_ != nullptr &&
                               settings_->autoCompressionEnabled && count > 0 && !isConverting;
     if (startsItself) {
-        QTimer::singleShot(autoCompressionDelay, this,
-                           [this] { startCompression(settings_ != nullptr && settings_->removeMetadata); });
+        startCompressionSoon();
     }
+}
+
+/// Not over a list that has been cleared meanwhile: that one is of another mode.
+void FileProcessingViewModel::startCompressionSoon() {
+    QTimer::singleShot(autoCompressionDelay, this, [this, generation = generation_] {
+        if (generation == generation_) {
+            startCompression(settings_ != nullptr && settings_->removeMetadata);
+        }
+    });
 }
 
 void FileProcessingViewModel::respondToPressure(PressureLevel level) {
@@ -201,9 +213,11 @@ void FileProcessingViewModel::resetAll() {
 }
 
 void FileProcessingViewModel::clearAll() {
+    ++generation_;
     files_.clear();
     selection = QSet<QUuid>();
     selectedFiles_.clear();
+    batchCompletionMessage = std::nullopt;
     emit filesReset();
 }
 

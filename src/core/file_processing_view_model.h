@@ -70,8 +70,8 @@ public:
     /// The object stays the caller's; none means defaults that change nothing.
     void setSettings(AppSettings* settings) { settings_ = settings; }
 
-    /// Turns URLs into rows, in their order, off the main thread; filesInserted() tells when they stand.
-    /// Always true.
+    /// Turns URLs into rows, in their order, off the main thread; filesInserted() tells when they stand. A list that
+    /// is cleared meanwhile takes none of them. Always true.
     bool handleDrop(const QList<QUrl>& urls);
 
     void updateSelection(const QSet<QUuid>& checked);
@@ -133,6 +133,7 @@ private:
     friend class Batch;
 
     void addFiles(std::vector<FileItem> items, ProcessingMode mode);
+    void startCompressionSoon();
     void respondToPressure(PressureLevel level);
 
     /// Changes one row and says so.
@@ -153,6 +154,7 @@ private:
     std::vector<FileItem> selectedFileItems_;
     std::set<InputFormat> selectedFormats_;
     std::vector<ImageFormat> commonOutputFormats_;
+    int generation_ = 0;  // of the list; a drop that was read for an earlier one comes too late
     QThreadPool pool_;
     std::shared_ptr<Batch> batch_;
 };

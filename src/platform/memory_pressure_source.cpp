@@ -162,6 +162,7 @@ void MemoryPressureSource::compareReading() {
     const PressureEvents events =
         pressureBetween(reading_, *reading, std::chrono::duration_cast<std::chrono::microseconds>(elapsed));
     reading_ = *reading;
+    // One event each: who stalls fully also stalls partly, and a mask of both would never count as critical.
     for (const Threshold& threshold : thresholds) {
         if (events.testFlag(threshold.event)) {
             emit pressure(threshold.event);

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "ui/look/close_keys.h"
+#include "ui/look/front.h"
 #include "ui/look/theme.h"
 
 namespace sorvik {
@@ -118,9 +119,7 @@ void AboutWindowController::show(const QWidget* near) {
         const QScreen* screen = near == nullptr ? QApplication::primaryScreen() : near->screen();
         window_->move(screen->availableGeometry().center() - window_->rect().center());
     }
-    window_->show();
-    window_->raise();
-    window_->activateWindow();
+    bringToFront(*window_);
 }
 
 }  // namespace sorvik

@@ -2,6 +2,8 @@
 
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 #include "ui/look/symbols.h"
 
 namespace sorvik {
@@ -95,7 +97,7 @@ void ContentView::connectList() {
     connect(&refreshTimer_, &QTimer::timeout, this, &ContentView::refresh);
     const auto refreshes = [this] { refreshLater(); };
     connect(list_.get(), &FileProcessingViewModel::filesInserted, this, refreshes);
-    connect(list_.get(), &FileProcessingViewModel::selectionStateChanged, this, refreshes);
+    connect(list_.get(), &FileProcessingViewModel::selectionStateChanged, this, &ContentView::checkBulkFormat);
     connect(list_.get(), &FileProcessingViewModel::filesReset, this, &ContentView::forgetRows);
     observers_.push_back(list_->isConverting.addNotifier(refreshes));
     observers_.push_back(list_->completedCount.addNotifier(refreshes));
@@ -110,6 +112,15 @@ void ContentView::connectSettings() {
     observers_.push_back(settings_.outputPrefix.addNotifier(giveSettings));
     observers_.push_back(settings_.outputSuffix.addNotifier(giveSettings));
     observers_.push_back(settings_.processingMode.addNotifier([this] { changeMode(); }));
+}
+
+/// A choice that the rows checked now are not offered would be applied unseen.
+void ContentView::checkBulkFormat() {
+    const auto& offered = list_->commonOutputFormats();
+    if (bulkOutputFormat_ && std::ranges::find(offered, *bulkOutputFormat_) == offered.end()) {
+        bulkOutputFormat_.reset();
+    }
+    refreshLater();
 }
 
 void ContentView::appear() { list_->setSettings(&settings_); }

@@ -58,6 +58,7 @@ private:
     void connectSettings();
     void forgetRows();
     void changeMode();
+    void checkBulkFormat();
     void refreshLater();
     void refresh();
     void keepColumns();

@@ -11,13 +11,14 @@
 
 #include "ui/check_for_updates_action.h"
 #include "ui/dropped_urls.h"
+#include "ui/look/front.h"
 #include "ui/update_prompt.h"
 
 namespace sorvik {
 namespace {
 
 constexpr QSize defaultSize(800, 460);
-constexpr QSize leastSize(560, 320);
+constexpr int leastHeight = 320;  // the least width is the content's
 constexpr std::chrono::milliseconds promptDelay{500};
 
 QString geometryKey() { return QStringLiteral("mainWindowGeometry"); }
@@ -45,7 +46,7 @@ RootView::RootView(BatchEngine& engine, AppSettings& settings, UpdateController*
     setWindowTitle(QStringLiteral("Sorvik"));
     setAcceptDrops(true);
     setCentralWidget(content_);
-    setMinimumSize(leastSize);
+    setMinimumHeight(leastHeight);
     addApplicationMenu();
     addFileMenu();
     addEditMenu();
@@ -72,10 +73,12 @@ void RootView::addApplicationMenu() {
     menu->addSeparator();
     QAction* preferences = addTo(menu, QStringLiteral("Preferences…"), QStringLiteral("preferencesAction"),
                                  QKeySequence(Qt::CTRL | Qt::Key_Comma));
+    preferences->setShortcutContext(Qt::ApplicationShortcut);
     connect(preferences, &QAction::triggered, this, &RootView::preferencesRequested);
     menu->addSeparator();
     QAction* quit =
         addTo(menu, QStringLiteral("Quit Sorvik"), QStringLiteral("quitAction"), QKeySequence(Qt::CTRL | Qt::Key_Q));
+    quit->setShortcutContext(Qt::ApplicationShortcut);
     connect(quit, &QAction::triggered, this, &QWidget::close);
 }
 
@@ -144,7 +147,7 @@ void RootView::openFiles() {
 void RootView::paste() { addFiles(droppedFiles(QApplication::clipboard()->mimeData())); }
 
 void RootView::dragEnterEvent(QDragEnterEvent* event) {
-    if (event->mimeData()->hasUrls()) {
+    if (!droppedFiles(event->mimeData()).isEmpty()) {
         event->setDropAction(Qt::CopyAction);
         event->accept();
         content_->setInviting(true);
@@ -190,13 +193,6 @@ void RootView::closeEvent(QCloseEvent* event) {
     QMainWindow::closeEvent(event);
 }
 
-void RootView::present() {
-    if (isMinimized()) {
-        showNormal();
-    }
-    show();
-    raise();
-    activateWindow();
-}
+void RootView::present() { bringToFront(*this); }
 
 }  // namespace sorvik

@@ -1,17 +1,35 @@
 #include "ui/update_messages.h"
 
 #include <QDesktopServices>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 
 namespace sorvik {
 namespace {
 
+constexpr qsizetype mostLines = 12;
+constexpr qsizetype mostCharacters = 600;
+
+/// What fits into a box that must not outgrow the screen.
+QString shortened(const QString& text) {
+    QString kept = text.left(mostCharacters).split(u'\n').mid(0, mostLines).join(u'\n');
+    return kept.size() < text.size() ? kept + u'…' : kept;
+}
+
+/// `text` comes from the network: never markup, never a link.
 QMessageBox* makeBox(QWidget& window, const QString& title, const QString& text) {
     auto* box = new QMessageBox(QMessageBox::NoIcon, QStringLiteral("Sorvik"), title, QMessageBox::NoButton, &window);
     box->setObjectName(QStringLiteral("updateMessage"));
     box->setTextFormat(Qt::PlainText);
-    box->setInformativeText(text);
+    box->setInformativeText(shortened(text));
+    if (auto* informative = box->findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"))) {
+        informative->setTextFormat(Qt::PlainText);
+        informative->setOpenExternalLinks(false);
+    }
+    if (shortened(text) != text) {
+        box->setDetailedText(text);
+    }
     box->setAttribute(Qt::WA_DeleteOnClose);
     return box;
 }

@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QShortcut>
 
 #include <utility>
 
@@ -51,6 +52,12 @@ void askForAutomaticUpdates(QWidget& parent, std::function<void(bool automatical
                      [answered = std::move(answered), check](const QAbstractButton* button) {
                          answered(button == static_cast<const QAbstractButton*>(check));
                      });
+    // The window's own keys do not reach past a question that stands over it.
+    const auto* quit = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q), box);
+    QObject::connect(quit, &QShortcut::activated, &parent, [box, &parent] {
+        box->close();
+        parent.close();
+    });
     box->open();
 }
 

@@ -254,6 +254,21 @@ TEST_F(Batch, KeepsTheConvertedFileWhenTheRecipeGivesNothing) {
     EXPECT_EQ(read(text("a.png")), "converted 1 a.jpg");
 }
 
+TEST_F(Batch, LeavesARowWaitingWhoseTargetChangedMeanwhile) {
+    drop({write(text("a.jpg"))});
+    engine.onConvert = [this](const QString&) {
+        QMetaObject::invokeMethod(
+            &model, [this] { model.setOutputFormat(0, ImageFormat::webp); }, Qt::BlockingQueuedConnection);
+    };
+    runToEnd();
+    EXPECT_FALSE(row(0).isProcessed);
+    EXPECT_EQ(row(0).errorMessage, std::nullopt);
+    engine.onConvert = {};
+    runToEnd();
+    EXPECT_TRUE(row(0).isProcessed);
+    EXPECT_TRUE(QFile::exists(folder.filePath(text("a.webp"))));
+}
+
 TEST_F(Batch, LeavesTheEventLoopFree) {
     engine.onConvert = [](const QString&) { QThread::msleep(100); };
     QStringList files;

@@ -78,6 +78,21 @@ TEST_F(WorkList, DeletesHighlightedRowsAndClears) {
     EXPECT_TRUE(model.selectedFiles().isEmpty());
 }
 
+TEST_F(WorkList, TakesNoFilesThatWereDroppedOnAListThatIsGone) {
+    settings.processingMode = ProcessingMode::compress;
+    settings.autoCompressionEnabled = true;
+    const QSignalSpy inserted(&model, &FileProcessingViewModel::filesInserted);
+    model.handleDrop({QUrl::fromLocalFile(write(text("a.jpg")))});
+    settings.processingMode = ProcessingMode::convert;
+    model.clearAll();
+    model.handleDrop({QUrl::fromLocalFile(write(text("b.png")))});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !inserted.isEmpty(); }, 5000));
+    QTest::qWait(200);  // longer than what is compressed by itself waits
+    ASSERT_EQ(model.files().size(), 1U);
+    EXPECT_EQ(row(0).name(), text("b.png"));
+    EXPECT_FALSE(row(0).isProcessed);
+}
+
 TEST(FileItem, TellsWhatCompressionSaved) {
     FileItem item;
     item.originalSize = 1000;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
@@ -22,7 +23,7 @@ class SorvikAppTest : public testing::Test {
 protected:
     /// A start of the program over the store that all starts of a test share.
     std::unique_ptr<SorvikApp> start() {
-        auto app = std::make_unique<SorvikApp>(store);
+        auto app = std::make_unique<SorvikApp>(store, updates);
         EXPECT_TRUE(seen().isEmpty()) << "a window before the services stand";
         app->show({});
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&app->window()));
@@ -48,6 +49,7 @@ protected:
         return titles;
     }
 
+    Updater::Configuration updates{.feed = QUrl(QStringLiteral("https://127.0.0.1:9/feed.json"))};
     std::shared_ptr<MemoryDefaultsStore> store = std::make_shared<MemoryDefaultsStore>();
 };
 
@@ -70,6 +72,28 @@ TEST_F(SorvikAppTest, AsksAboutUpdatesUntilItHasAnAnswer) {
     EXPECT_TRUE(app->settings().automaticUpdateCheck.value());
     QTest::qWait(longerThanDelay);
     EXPECT_EQ(question(*app), nullptr);
+}
+
+TEST_F(SorvikAppTest, AsksAndOffersNothingWithoutAnAddressToAsk) {
+    updates.feed.clear();
+    const auto app = start();
+    QTest::qWait(longerThanDelay);
+    EXPECT_EQ(question(*app), nullptr);
+    EXPECT_EQ(app->window().findChild<QAction*>(QStringLiteral("checkForUpdatesAction")), nullptr);
+}
+
+TEST_F(SorvikAppTest, ShowsWhatTheNetworkSaysAsPlainText) {
+    store->setValue(QStringLiteral("hasShownUpdatePreferencesDialog"), true);
+    const auto app = start();
+    const QString notes = QStringLiteral("<h1>New</h1> <a href=\"file:///\">here</a>") + QString(900, u'\n');
+    emit app->updater().updateFound(QStringLiteral("9.9"), QUrl(), notes, true);
+    const auto* box = app->window().findChild<QMessageBox*>(QStringLiteral("updateMessage"));
+    ASSERT_NE(box, nullptr);
+    for (const QLabel* label : box->findChildren<QLabel*>()) {
+        EXPECT_TRUE(label->text().isEmpty() || label->textFormat() == Qt::PlainText) << label->text().toStdString();
+    }
+    EXPECT_LT(box->height(), 600);
+    EXPECT_EQ(box->detailedText(), notes);
 }
 
 TEST_F(SorvikAppTest, OpensEachWindowOnce) {

@@ -104,6 +104,7 @@ TEST_F(WindowTest, CheckedRowsShareOneFormatAndGetATargetTogether) {
 
     clickCell(3, Column::check);
     EXPECT_EQ(text("selectedCountLabel"), QStringLiteral("1 files selected"));
+    EXPECT_FALSE(control<QPushButton>("updateAllButton").isEnabled());
     EXPECT_FALSE(control<QPushButton>("selectAllFormatButton").isVisible());
     EXPECT_EQ(picker.count(), 1);
     EXPECT_EQ(picker.currentIndex(), 0);

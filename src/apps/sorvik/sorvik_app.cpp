@@ -5,18 +5,15 @@
 #include <utility>
 
 #include "engines/replacement_journal.h"
-#include "platform/bundle.h"
 #include "platform/desktop/file_manager.h"
 #include "services/temporary_files.h"
+#include "services/updates/update_feed.h"
+#include "ui/look/front.h"
 #include "ui/look/theme.h"
 #include "ui/update_messages.h"
 
 namespace sorvik {
 namespace {
-
-std::unique_ptr<Updater> makeUpdater(const std::shared_ptr<DefaultsStore>& store) {
-    return std::make_unique<Updater>(Updater::Configuration::of(Bundle::main()), store);
-}
 
 ProductLinks productLinks(const Bundle& bundle) {
     return {bundle.info(QStringLiteral("SorvikMakerName")), QUrl(bundle.info(QStringLiteral("SorvikMakerURL"))),
@@ -31,9 +28,10 @@ void sweepUp() {
 
 }  // namespace
 
-SorvikApp::SorvikApp(std::shared_ptr<DefaultsStore> store)
+SorvikApp::SorvikApp(std::shared_ptr<DefaultsStore> store, Updater::Configuration updates)
     : store_(std::move(store)),
-      updater_(makeUpdater(store_)),
+      updates_(std::move(updates)),
+      updater_(std::make_unique<Updater>(updates_, store_)),
       settings_(store_),
       updateController_(updater_.get(), &settings_),
       about_(Bundle::main().info(QStringLiteral("CFBundleShortVersionString")), productLinks(Bundle::main())) {
@@ -44,8 +42,12 @@ SorvikApp::SorvikApp(std::shared_ptr<DefaultsStore> store)
     notifications_.requestPermission();
 }
 
-/// The window goes first: what a batch has in flight is waited for while all services still stand.
-SorvikApp::~SorvikApp() { window_.reset(); }
+/// The window goes first: what a batch has in flight is waited for while all services still stand. Nothing may bring
+/// it back meanwhile.
+SorvikApp::~SorvikApp() {
+    notificationCentre_.disconnect(window_.get());
+    window_.reset();
+}
 
 void SorvikApp::followAppearance() {
     connect(&settings_, &AppSettings::appearanceApplied, this, &applyTheme);
@@ -55,14 +57,16 @@ void SorvikApp::followAppearance() {
 }
 
 void SorvikApp::startUpdater() {
-    auto started = makeUpdater(store_);
+    auto started = std::make_unique<Updater>(updates_, store_);
     started->start(&updateController_);
     updateController_.setUpdater(started.get());
     updater_ = std::move(started);
 }
 
 void SorvikApp::makeWindow() {
-    window_ = std::make_unique<RootView>(engine_, settings_, &updateController_);
+    // Where nothing can be checked, nothing is asked and nothing offered.
+    UpdateController* updates = isUsableFeedAddress(updates_.feed) ? &updateController_ : nullptr;
+    window_ = std::make_unique<RootView>(engine_, settings_, updates);
     connect(window_.get(), &RootView::aboutRequested, this, &SorvikApp::showAbout);
     connect(window_.get(), &RootView::preferencesRequested, this, &SorvikApp::showPreferences);
     connect(window_.get(), &RootView::revealRequested, this, [](const QUrl& file) { revealInFileManager(file); });
@@ -82,9 +86,7 @@ void SorvikApp::showPreferences() {
         preferences_ = std::make_unique<PreferencesView>(settings_);
         preferences_->setAttribute(Qt::WA_QuitOnClose, false);
     }
-    preferences_->show();
-    preferences_->raise();
-    preferences_->activateWindow();
+    bringToFront(*preferences_);
 }
 
 /// A batch that had nothing to do has nothing to tell.

@@ -7,6 +7,7 @@
 #include "core/app_settings.h"
 #include "core/batch_engine.h"
 #include "core/update_controller.h"
+#include "platform/bundle.h"
 #include "platform/desktop/dbus_notification_centre.h"
 #include "platform/desktop/desktop_appearance.h"
 #include "services/notification_service.h"
@@ -23,7 +24,8 @@ class SorvikApp final : public QObject {
 
 public:
     /// Makes the services; a window does not exist before show(). A QApplication must stand.
-    explicit SorvikApp(std::shared_ptr<DefaultsStore> store);
+    explicit SorvikApp(std::shared_ptr<DefaultsStore> store,
+                       Updater::Configuration updates = Updater::Configuration::of(Bundle::main()));
     ~SorvikApp() override;
 
     /// Opens the main window, with files as if they were dropped.
@@ -37,6 +39,7 @@ public:
 
     [[nodiscard]] RootView& window() { return *window_; }
     [[nodiscard]] AppSettings& settings() { return settings_; }
+    [[nodiscard]] Updater& updater() { return *updater_; }
 
 private:
     void followAppearance();
@@ -47,6 +50,7 @@ private:
     void tellEnd(int succeeded, int failed, bool cancelled);
 
     std::shared_ptr<DefaultsStore> store_;
+    Updater::Configuration updates_;
     std::unique_ptr<Updater> updater_;  // first one that is never started, for the controller to hold
     AppSettings settings_;
     UpdateController updateController_;

@@ -70,7 +70,7 @@ QVariant FileTableModel::data(const QModelIndex& index, int role) const {
         case Qt::AccessibleTextRole:
             return spokenText(item, column);
         case Qt::ToolTipRole:
-            return column == Column::name ? item.name() : QVariant();
+            return column == Column::to ? QVariant() : text(item, column);
         case Qt::CheckStateRole:
             return column == Column::check ? QVariant(item.isSelected ? Qt::Checked : Qt::Unchecked) : QVariant();
         default:

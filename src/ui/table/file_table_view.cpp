@@ -183,11 +183,12 @@ int FileTableView::heightOf(const FileItem& item) {
     if (!item.errorMessage) {
         return plainHeight(font());
     }
-    auto known = errorHeights_.find(*item.errorMessage);
+    const QRect cell(0, 0, columnWidth(columnIndex(Column::name)), 0);
+    const int width = nameTextBox(cell, hasIcon(item)).width();
+    const std::pair key(*item.errorMessage, width);
+    auto known = errorHeights_.find(key);
     if (known == errorHeights_.end()) {
-        const QRect cell(0, 0, columnWidth(columnIndex(Column::name)), 0);
-        const int width = nameTextBox(cell, hasIcon(item)).width();
-        known = errorHeights_.insert(*item.errorMessage, nameHeight(font(), *item.errorMessage, width) + errorPadding);
+        known = errorHeights_.insert(key, nameHeight(font(), *item.errorMessage, width) + errorPadding);
     }
     return *known;
 }
@@ -423,6 +424,9 @@ void FileTableView::contextMenuEvent(QContextMenuEvent* event) {
     const QModelIndex index = byKey ? currentIndex() : indexAt(event->pos());
     if (!index.isValid()) {
         return;
+    }
+    if (!selectionModel()->isSelected(index)) {
+        selectRow(index.row());  // the menu removes what is highlighted
     }
     const FileItem& item = fileAt(index);
     auto* menu = new QMenu(this);

@@ -83,7 +83,7 @@ private:
     FileTableModel& model_;
     ProcessingMode mode_;
     MetadataIcons* icons_;
-    QHash<QString, int> errorHeights_;  // of rows with a message, at the width that the names have now
+    QHash<std::pair<QString, int>, int> errorHeights_;  // of rows with a message, by it and its width
     QTimer seenTimer_;
     QTimer arcTimer_;
     QPersistentModelIndex pressed_;

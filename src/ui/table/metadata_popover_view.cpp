@@ -41,8 +41,25 @@ QLabel* keyLabel(const QString& key) {
     return label;
 }
 
+/// With places where a line may end inside a long word: a label breaks lines at blanks only.
+QString breakable(const QString& text) {
+    constexpr int longestPart = 16;
+    constexpr QChar zeroWidthSpace(0x200B);
+    QString parted;
+    int part = 0;
+    for (const QChar character : text) {
+        part = character.isSpace() ? 0 : part + 1;
+        if (part > longestPart && !character.isLowSurrogate() && !character.isMark()) {
+            parted += zeroWidthSpace;
+            part = 1;
+        }
+        parted += character;
+    }
+    return parted;
+}
+
 QLabel* valueLabel(const QString& value) {
-    QLabel* label = captionLabel(value);
+    QLabel* label = captionLabel(breakable(value));
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     return label;
 }

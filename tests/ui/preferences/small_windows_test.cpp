@@ -100,6 +100,14 @@ TEST_F(UpdatePrompt, StaysWithoutAnAnswerWhenItIsClosed) {
     EXPECT_TRUE(answers.empty());
 }
 
+TEST_F(UpdatePrompt, LetsTheProgramBeQuit) {
+    box->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(box));
+    QTest::keyClick(box, Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_FALSE(main.isVisible());
+    EXPECT_TRUE(answers.empty());
+}
+
 TEST(CheckForUpdates, CanBeChosenWhileACheckCanStart) {
     QStringList lines;
     setLogSink([&lines](const QString& line) { lines += line; });

@@ -2,10 +2,13 @@
 #include <QCommandLineParser>
 #include <QFileInfo>
 
+#include <algorithm>
+#include <array>
 #include <csignal>
 #include <cstdio>
 #include <exception>
 #include <memory>
+#include <string_view>
 
 #include "apps/sorvik/sorvik_app.h"
 #include "platform/defaults_store.h"
@@ -17,7 +20,7 @@ using namespace sorvik;
 namespace {
 
 /// What was named on the command line: URLs or paths, as file managers hand them over.
-QList<QUrl> namedFiles(const QApplication& application) {
+QList<QUrl> namedFiles(const QCoreApplication& application) {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Converts and compresses pictures."));
     parser.addHelpOption();
@@ -33,12 +36,23 @@ QList<QUrl> namedFiles(const QApplication& application) {
     return urls;
 }
 
+/// Asks only for words, which need no display.
+bool asksForWords(int argc, char* argv[]) {
+    constexpr std::array<std::string_view, 5> words{"-h", "--help", "--help-all", "-v", "--version"};
+    return std::any_of(argv + std::min(argc, 1), argv + argc, [&](std::string_view argument) {
+        return std::find(words.begin(), words.end(), argument) != words.end();
+    });
+}
+
 int run(int argc, char* argv[]) {
+    QCoreApplication::setApplicationName(QStringLiteral("sorvik"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(SORVIK_VERSION));
+    if (asksForWords(argc, argv)) {
+        namedFiles(QCoreApplication(argc, argv));
+    }
     const QByteArray token = SingleInstance::activationToken();
     QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("sorvik"));
     QApplication::setApplicationDisplayName(QStringLiteral("Sorvik"));
-    QApplication::setApplicationVersion(QStringLiteral(SORVIK_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("sorvik"));
     std::signal(SIGPIPE, SIG_IGN);  // a reader of the log that has gone must not end the program
     const QList<QUrl> files = namedFiles(application);

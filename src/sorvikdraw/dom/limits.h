@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// What a document may ask for. Beyond it a document ends in an error that says so: every file costs less than five
+/// seconds and 512 MB.
+namespace sorvik::draw::limits {
+
+inline constexpr std::size_t nesting = 1024;        ///< open elements at a time
+inline constexpr std::size_t elements = 1'000'000;  ///< of one document
+inline constexpr std::size_t fileBytes = 256U << 20U;
+inline constexpr std::size_t pathSegments = 250'000;  ///< of one path
+inline constexpr std::size_t gradientStops = 4096;    ///< of one gradient
+inline constexpr std::size_t expansions = 1'000'000;  ///< layers made by use, patterns, masks and clips, of a document
+inline constexpr std::size_t expansionDepth = 64;     ///< of them inside each other
+inline constexpr std::int64_t side = 32'767;          ///< pixels, of a picture or canvas
+inline constexpr std::int64_t canvasPixels = 100'000'000;   ///< four bytes each
+inline constexpr std::int64_t embeddedPixels = 64'000'000;  ///< of all decoded pictures of a document together
+/// Cairo 1.16 keeps device coordinates as 24.8 fixed point; beyond it draws wrongly without a word.
+inline constexpr double deviceCoordinate = 8'300'000;
+inline constexpr double drawingSeconds = 3;  ///< of processor time, for playing the commands
+
+}  // namespace sorvik::draw::limits

@@ -4,6 +4,8 @@
 #include <variant>
 #include <vector>
 
+#include "sorvikdraw/dom/boxed.h"
+
 namespace sorvik::draw {
 
 enum class BlendMode : std::uint8_t {
@@ -14,8 +16,10 @@ enum class BlendMode : std::uint8_t {
 
 /// One step of a drawing, in the types of a back end (RendererTypes): Float, Point, Size, Rect, Color, Gradient, Path,
 /// Pattern, Transform, FillRule, LineCap, LineJoin, BlendMode, Image. There is a current user space, a paint, line
-/// settings, a clip, an alpha and a blend mode, all saved and restored by pushState and popState. A transparency
-/// layer starts with alpha 1 and the normal blend mode, and is composited as one with those in force around it.
+/// settings, a clip, an alpha and a blend mode, all saved and restored by pushState and popState, and likewise by
+/// pushTransparencyLayer and popTransparencyLayer. A transparency layer starts with alpha 1 and the normal blend mode,
+/// and with all else as it was; it is composited as one with the alpha, blend mode and clip in force around it. A
+/// list takes the state as it finds it: what it needs, it sets.
 template <typename Types>
 struct RendererCommand {
     using Float = typename Types::Float;
@@ -102,11 +106,15 @@ struct RendererCommand {
         bool operator==(const DrawLinearGradient&) const = default;
     };
     struct DrawRadialGradient {
+        struct Circles {
+            Point startCenter;
+            Float startRadius;
+            Point endCenter;
+            Float endRadius;
+            bool operator==(const Circles&) const = default;
+        };
         typename Types::Gradient gradient;
-        Point startCenter;
-        Float startRadius;
-        Point endCenter;
-        Float endRadius;
+        Boxed<Circles> circles;  ///< never absent; boxed since rare and larger than all other arguments
         bool operator==(const DrawRadialGradient&) const = default;
     };
     struct PushState {

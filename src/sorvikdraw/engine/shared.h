@@ -1,0 +1,18 @@
+#pragma once
+
+#include <memory>
+
+namespace sorvik::draw {
+
+/// A constant value that many hold together and that compares as a value. May be empty.
+template <typename T>
+class Shared : public std::shared_ptr<const T> {
+public:
+    using std::shared_ptr<const T>::shared_ptr;
+
+    friend bool operator==(const Shared& a, const Shared& b) {
+        return a.get() == b.get() || (a && b && *a.get() == *b.get());
+    }
+};
+
+}  // namespace sorvik::draw

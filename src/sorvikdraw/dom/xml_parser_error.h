@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <exception>
 #include <optional>
 #include <string>
@@ -31,6 +32,8 @@ public:
     static XMLParserError invalidDocument(std::string reason, std::optional<std::string> element, SourceLocation where);
     static XMLParserError invalid();
     static XMLParserError other(std::string reason);
+    /// The same, its line naming the element that it happened in.
+    [[nodiscard]] XMLParserError within(std::string element, std::optional<SourceLocation> where) const;
 
     [[nodiscard]] Kind kind() const { return kind_; }
     [[nodiscard]] const std::string& name() const { return name_; }      ///< of the attribute or the element

@@ -10,11 +10,20 @@ namespace sorvik::draw::limits {
 inline constexpr std::size_t nesting = 1024;        ///< open elements at a time
 inline constexpr std::size_t elements = 1'000'000;  ///< of one document
 inline constexpr std::size_t fileBytes = 256U << 20U;
-inline constexpr std::size_t pathSegments = 250'000;  ///< of one path
-inline constexpr std::size_t gradientStops = 4096;    ///< of one gradient
+inline constexpr std::size_t entities = 1024;               ///< declared by one document
+inline constexpr std::size_t xmlParserBytes = 160U << 20U;  ///< of memory for what is being read
+inline constexpr std::size_t treeBytes = 200U << 20U;       ///< of memory for the elements as they are written
+inline constexpr std::size_t documentBytes = 200U << 20U;   ///< and as they are understood
+inline constexpr std::size_t pathSegments = 250'000;        ///< of one path
+inline constexpr std::size_t gradientStops = 4096;          ///< of one gradient
 inline constexpr std::size_t expansions = 1'000'000;  ///< layers made by use, patterns, masks and clips, of a document
 inline constexpr std::size_t expansionDepth = 64;     ///< of them inside each other
-inline constexpr std::int64_t side = 32'767;          ///< pixels, of a picture or canvas
+inline constexpr std::size_t commands = 4'000'000;    ///< of one drawing
+inline constexpr std::size_t drawnPoints = 20'000'000;  ///< of all the different paths of a drawing
+/// Layers entered, commands made, points looked at, each time that one comes up: what stands in many places is
+/// written once and done many times.
+inline constexpr std::size_t generatorWork = 50'000'000;
+inline constexpr std::int64_t side = 32'767;                ///< pixels, of a picture or canvas
 inline constexpr std::int64_t canvasPixels = 100'000'000;   ///< four bytes each
 inline constexpr std::int64_t embeddedPixels = 64'000'000;  ///< of all decoded pictures of a document together
 /// Cairo 1.16 keeps device coordinates as 24.8 fixed point; beyond it draws wrongly without a word.

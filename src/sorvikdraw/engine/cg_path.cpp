@@ -14,7 +14,7 @@ using layer_tree::Matrix;
 using layer_tree::Point;
 using layer_tree::Rect;
 
-// Shapes of up to a rectangle's size need one allocation when their size is not known ahead.
+// For small shapes whose size is not known ahead.
 constexpr std::size_t smallestRoom = 5;
 constexpr std::size_t cubicPoints = 3;
 
@@ -98,34 +98,30 @@ CGPath& CGPath::operator=(CGPath other) noexcept {
 }
 
 void CGPath::move(Point to) {
-    makeRoom(1);
-    add(Verb::move);
+    begin(Verb::move, 1);
     add(to);
 }
 
 void CGPath::line(Point to) {
-    makeRoom(1);
-    add(Verb::line);
+    begin(Verb::line, 1);
     add(to);
 }
 
 void CGPath::cubic(Point to, Point control1, Point control2) {
-    makeRoom(cubicPoints);
-    add(Verb::cubic);
+    begin(Verb::cubic, cubicPoints);
     add(control1);
     add(control2);
     add(to);
 }
 
 void CGPath::close() {
-    makeRoom(0);
-    add(Verb::close);
+    begin(Verb::close, 0);
 }
 
 void CGPath::append(const CGPath& other, const Matrix& transform) {
     const std::size_t points = other.pointCount_;
     const std::size_t verbs = other.verbCount_;
-    reserve(pointCount_ + points, verbCount_ + verbs);
+    makeRoom(points, verbs);
     std::copy_n(other.verbData(), verbs, verbData() + verbCount_);
     std::transform(other.pointData(), other.pointData() + points, pointData() + pointCount_,
                    [&transform](Point p) { return transformed(p, transform); });
@@ -201,14 +197,22 @@ void CGPath::reallocate(std::size_t points, std::size_t verbs) {
     verbRoom_ = static_cast<std::uint32_t>(verbs);
 }
 
-// For one verb with so many points.
-void CGPath::makeRoom(std::size_t points) {
+// Exactly that much for the first that come.
+void CGPath::makeRoom(std::size_t points, std::size_t verbs) {
     const std::size_t wantedPoints = pointCount_ + points;
-    const std::size_t wantedVerbs = verbCount_ + std::size_t{1};
+    const std::size_t wantedVerbs = verbCount_ + verbs;
     if (wantedPoints > pointRoom_ || wantedVerbs > verbRoom_) {
-        reallocate(std::max({wantedPoints, std::size_t{2} * pointCount_, smallestRoom}),
-                   std::max({wantedVerbs, std::size_t{2} * verbCount_, smallestRoom}));
+        reallocate(std::max(wantedPoints, std::size_t{2} * pointCount_),
+                   std::max(wantedVerbs, std::size_t{2} * verbCount_));
     }
+}
+
+void CGPath::begin(Verb verb, std::size_t points) {
+    if (pointRoom_ == 0) {
+        reserve(smallestRoom, smallestRoom);
+    }
+    makeRoom(points, 1);
+    verbData()[verbCount_++] = verb;
 }
 
 Point* CGPath::pointData() const { return reinterpret_cast<Point*>(storage_.get()); }

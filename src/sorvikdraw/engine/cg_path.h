@@ -44,8 +44,8 @@ public:
 private:
     void swap(CGPath& other) noexcept;
     void reallocate(std::size_t points, std::size_t verbs);
-    void makeRoom(std::size_t points);
-    void add(Verb verb) { verbData()[verbCount_++] = verb; }
+    void makeRoom(std::size_t points, std::size_t verbs);
+    void begin(Verb verb, std::size_t points);
     void add(layer_tree::Point point) { pointData()[pointCount_++] = point; }
     [[nodiscard]] layer_tree::Point* pointData() const;
     [[nodiscard]] Verb* verbData() const;

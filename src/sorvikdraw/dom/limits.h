@@ -18,8 +18,8 @@ inline constexpr std::size_t pathSegments = 250'000;        ///< of one path
 inline constexpr std::size_t gradientStops = 4096;          ///< of one gradient
 inline constexpr std::size_t expansions = 1'000'000;  ///< layers made by use, patterns, masks and clips, of a document
 inline constexpr std::size_t expansionDepth = 64;     ///< of them inside each other
-inline constexpr std::size_t commands = 4'000'000;    ///< of one drawing
-inline constexpr std::size_t drawnPoints = 20'000'000;  ///< of all the different paths of a drawing
+inline constexpr std::size_t commands = 3'000'000;    ///< of one drawing
+inline constexpr std::size_t drawnPoints = 10'000'000;  ///< of all the different paths of a drawing
 /// Layers entered, commands made, points looked at, each time that one comes up: what stands in many places is
 /// written once and done many times.
 inline constexpr std::size_t generatorWork = 50'000'000;

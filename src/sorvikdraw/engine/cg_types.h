@@ -28,9 +28,11 @@ struct CGGradient {
 
 /// An encoded picture whose header has been read; decoded when it is drawn.
 struct CGImage {
-    layer_tree::Bitmap bitmap;
+    layer_tree::Bitmap bitmap;  ///< never without bytes
     int width = 0, height = 0;  ///< pixels
-    bool operator==(const CGImage& other) const { return bitmap.bytes == other.bitmap.bytes; }
+    bool operator==(const CGImage& other) const {
+        return bitmap.format == other.bitmap.format && *bitmap.bytes == *other.bitmap.bytes;
+    }
 };
 
 struct CGTransformingPattern;

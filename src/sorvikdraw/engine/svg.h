@@ -3,13 +3,21 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string_view>
 #include <vector>
 
 #include "sorvikdraw/engine/cg_types.h"
+#include "sorvikdraw/engine/generator_warnings.h"
 
 namespace sorvik::draw {
+
+/// What goes on each side, in user units.
+struct SVGInsets {
+    double top = 0, left = 0, bottom = 0, right = 0;
+    bool operator==(const SVGInsets&) const = default;
+};
 
 /// A drawing that is ready to be played: its size in user units, and commands. A plain value, to be used on any thread.
 class SVG {
@@ -22,34 +30,44 @@ public:
         double width = 0, height = 0;
         bool operator==(const Size&) const = default;
     };
-    struct Insets {
-        double top = 0, left = 0, bottom = 0, right = 0;
-        bool operator==(const Insets&) const = default;
-    };
+    using Insets = SVGInsets;
 
     SVG(Size size, CGCommands commands);
 
-    /// Each of them is absent when the document does not load, after one line about it on standard error.
-    [[nodiscard]] static std::optional<SVG> load(const std::filesystem::path& file, Options options = defaultOptions);
-    [[nodiscard]] static std::optional<SVG> loadData(std::string_view bytes, Options options = defaultOptions);
-    [[nodiscard]] static std::optional<SVG> loadXML(std::string_view xml, Options options = defaultOptions);
+    using Caller = layer_tree::Caller;
+
+    /// Each of them is absent when the document does not load, after one line about it on standard error. What is
+    /// drawn differently from what the document says is told on standard output, in the spelling of the caller.
+    /// A file is looked for in SVGGCache first: one that changed since it was read there is not read again.
+    [[nodiscard]] static std::optional<SVG> load(const std::filesystem::path& file, Options options = defaultOptions,
+                                                 Caller caller = Caller::library);
+    [[nodiscard]] static std::optional<SVG> loadData(std::string_view bytes, Options options = defaultOptions,
+                                                     Caller caller = Caller::library);
+    [[nodiscard]] static std::optional<SVG> loadXML(std::string_view xml, Options options = defaultOptions,
+                                                    Caller caller = Caller::library);
+    /// A file of the folder that stands in a bundle's place.
     [[nodiscard]] static std::optional<SVG> loadNamed(std::string_view name, const std::filesystem::path& bundle,
-                                                      Options options = defaultOptions);
+                                                      Options options = defaultOptions,
+                                                      Caller caller = Caller::library);
 
     [[nodiscard]] Size size() const { return size_; }
     [[nodiscard]] const CGCommands& commands() const { return commands_; }
-    bool operator==(const SVG&) const = default;
+    /// By value: two loads of a document are equal.
+    bool operator==(const SVG& other) const;
     [[nodiscard]] std::size_t hash() const;
 
-    // A change of geometry goes ahead of the commands and changes the size.
+    // A change of geometry goes ahead of the commands and changes the size. A side of 0 can't be scaled and stays
+    // without content.
     void resize(Size size);
     [[nodiscard]] SVG sized(Size size) const&;
     [[nodiscard]] SVG sized(Size size) &&;
+    void scale(double factor) { scale(factor, factor); }
     void scale(double x, double y);
     [[nodiscard]] SVG scaled(double factor) const { return scaled(factor, factor); }
     [[nodiscard]] SVG scaled(double x, double y) const;
     void translate(double tx, double ty);
     [[nodiscard]] SVG translated(double tx, double ty) const;
+    void expand(double by) { expand(Insets{by, by, by, by}); }
     void expand(const Insets& by);
     [[nodiscard]] SVG expanded(double by) const { return expanded(Insets{by, by, by, by}); }
     [[nodiscard]] SVG expanded(const Insets& by) const;
@@ -72,3 +90,8 @@ private:
 };
 
 }  // namespace sorvik::draw
+
+template <>
+struct std::hash<sorvik::draw::SVG> {
+    std::size_t operator()(const sorvik::draw::SVG& svg) const { return svg.hash(); }
+};

@@ -1,6 +1,7 @@
 #include "codecs/png_writer.h"
 
 #include <optional>
+#include <stdexcept>
 #include <vector>
 
 #include "codecs/deflated_rows.h"
@@ -8,6 +9,7 @@
 #include "codecs/palette.h"
 #include "codecs/png_chunks.h"
 #include "codecs/png_metadata.h"
+#include "codecs/quick_png_writer.h"
 #include "codecs/row_counter.h"
 #include "codecs/samples.h"
 
@@ -145,10 +147,15 @@ private:
 std::unique_ptr<RowWriter> makePngWriter(ByteSink& sink, const PixelLayout& layout, const PictureMetadata& metadata,
                                          const PngOptions& options) {
     requireValid(layout);
-    if (options.purpose == PngPurpose::intermediate) {
-        return makeIntermediatePngWriter(sink, layout, metadata);
+    switch (options.purpose) {
+        case PngPurpose::intermediate:
+            return makeIntermediatePngWriter(sink, layout, metadata);
+        case PngPurpose::quick:
+            return makeQuickPngWriter(sink, layout, metadata);
+        case PngPurpose::kept:
+            return std::make_unique<KeptPngWriter>(sink, layout, metadata, options.level);
     }
-    return std::make_unique<KeptPngWriter>(sink, layout, metadata, options.level);
+    throw std::invalid_argument("no such purpose");
 }
 
 }  // namespace sorvik::codecs

@@ -11,8 +11,17 @@
 namespace sorvik::codecs {
 namespace {
 
-constexpr std::uint32_t streamerLevel = 3;
-constexpr std::size_t outputPiece = std::size_t{256} * 1024;
+struct StreamLevel {
+    std::uint32_t level;
+    std::uint32_t bufferSize;
+};
+
+constexpr StreamLevel levelOf(StreamEffort effort) {
+    return effort == StreamEffort::quick ? StreamLevel{1, ISAL_DEF_LVL1_DEFAULT}
+                                         : StreamLevel{3, ISAL_DEF_LVL3_DEFAULT};
+}
+
+constexpr std::uint32_t outputPiece = 256 * 1024;
 constexpr std::size_t inputPiece = 1U << 30;  // the library counts in 32 bits
 
 using Compressor = std::unique_ptr<libdeflate_compressor, decltype(&libdeflate_free_compressor)>;
@@ -43,22 +52,28 @@ std::optional<std::vector<std::byte>> zlibDecompress(std::span<const std::byte> 
     return bytes;
 }
 
+// Nothing of it is cleared: a short stream touches a small part of it, and memory fresh from the system costs more
+// time than a small picture takes.
 struct ZlibStreamer::State {
-    explicit State(ByteOutput sink) : output(std::move(sink)) {}
+    State(ByteOutput sink, std::size_t levelBufferSize) : output(std::move(sink)), levelBuffer(levelBufferSize) {
+        isal_deflate_init(&stream);
+    }
 
     ByteOutput output;
-    isal_zstream stream{};
-    std::vector<std::uint8_t> levelBuffer = std::vector<std::uint8_t>(ISAL_DEF_LVL3_DEFAULT);
-    std::vector<std::byte> piece = std::vector<std::byte>(outputPiece);
+    isal_zstream stream;
+    ByteBlock levelBuffer;
+    ByteBlock piece{outputPiece};
 };
 
-ZlibStreamer::ZlibStreamer(ByteOutput output) : state_(std::make_unique<State>(std::move(output))) {
+ZlibStreamer::ZlibStreamer(ByteOutput output, StreamEffort effort)
+    : state_(std::make_unique<State>(std::move(output), levelOf(effort).bufferSize)) {
     auto& stream = state_->stream;
-    isal_deflate_init(&stream);
-    stream.level = streamerLevel;
-    stream.level_buf = state_->levelBuffer.data();
-    stream.level_buf_size = static_cast<std::uint32_t>(state_->levelBuffer.size());
+    stream.level = levelOf(effort).level;
+    stream.level_buf = reinterpret_cast<std::uint8_t*>(state_->levelBuffer.data());
+    stream.level_buf_size = levelOf(effort).bufferSize;
     stream.gzip_flag = IGZIP_ZLIB;
+    stream.next_out = reinterpret_cast<std::uint8_t*>(state_->piece.data());
+    stream.avail_out = outputPiece;
 }
 
 ZlibStreamer::~ZlibStreamer() = default;
@@ -72,9 +87,9 @@ void ZlibStreamer::write(std::span<const std::byte> bytes) {
         // The library reads through this pointer only; its C interface does not say const.
         stream.next_in = reinterpret_cast<std::uint8_t*>(const_cast<std::byte*>(now.data()));
         stream.avail_in = static_cast<std::uint32_t>(now.size());
-        do {
+        while (stream.avail_in > 0) {
             deflate();
-        } while (stream.avail_in > 0 || stream.avail_out == 0);
+        }
         bytes = bytes.subspan(now.size());
     }
 }
@@ -84,19 +99,24 @@ void ZlibStreamer::finish() {
     do {
         deflate();
     } while (state_->stream.internal_state.state != ZSTATE_END);
+    handOn();
 }
 
 void ZlibStreamer::deflate() {
-    auto& stream = state_->stream;
-    stream.next_out = reinterpret_cast<std::uint8_t*>(state_->piece.data());
-    stream.avail_out = static_cast<std::uint32_t>(state_->piece.size());
-    if (isal_deflate(&stream) != COMP_OK) {
+    if (state_->stream.avail_out == 0) {
+        handOn();
+    }
+    if (isal_deflate(&state_->stream) != COMP_OK) {
         throw std::logic_error("the compressor was set up wrongly");
     }
-    const std::size_t made = state_->piece.size() - stream.avail_out;
-    if (made > 0) {
-        state_->output(std::span(state_->piece).first(made));
-    }
+}
+
+void ZlibStreamer::handOn() {
+    auto& stream = state_->stream;
+    state_->piece.setSize(outputPiece - stream.avail_out);
+    stream.next_out = reinterpret_cast<std::uint8_t*>(state_->piece.data());
+    stream.avail_out = outputPiece;
+    state_->output(state_->piece.bytes());
 }
 
 }  // namespace sorvik::codecs

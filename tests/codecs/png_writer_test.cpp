@@ -3,9 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
+#include <png.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cmath>
+#include <iterator>
+#include <random>
 #include <tuple>
 
 #include "png_reading.h"
@@ -50,7 +55,8 @@ TEST_P(EveryLayout, ComesBackFromLibpngAsItWas) {
 
 INSTANTIATE_TEST_SUITE_P(Png, EveryLayout,
                          ::testing::Combine(::testing::Values(1, 2, 3, 4), ::testing::Values(8, 16),
-                                            ::testing::Values(PngPurpose::intermediate, PngPurpose::kept)));
+                                            ::testing::Values(PngPurpose::intermediate, PngPurpose::quick,
+                                                              PngPurpose::kept)));
 
 struct PaletteCase {
     int channels;
@@ -109,10 +115,71 @@ TEST(PngWriter, StreamsPicturesTooLargeToBeCompressedAtOnce) {
     EXPECT_LT(file.size(), picture.pixels.size() * 9 / 10);
 }
 
+// A disc with soft edges on a plain ground.
+TestPicture makeDrawing() {
+    TestPicture picture{{.width = 800, .height = 600, .channels = 4}, {}};
+    for (int y = 0; y < 600; ++y) {
+        for (int x = 0; x < 800; ++x) {
+            const double inside = 200.5 - std::hypot(x - 400, y - 300);
+            const auto cover = static_cast<std::uint8_t>(std::clamp(inside, 0.0, 1.0) * 255);
+            for (const std::uint8_t value : {std::uint8_t{200}, cover, std::uint8_t{30}, std::uint8_t{255}}) {
+                picture.pixels.push_back(std::byte{value});
+            }
+        }
+    }
+    return picture;
+}
+
+// Noise along a row, and each row one more than the one above.
+TestPicture makeEvenChange() {
+    auto picture = makeFewColours(3000, 200, 3, 5000);
+    const std::size_t rowBytes = picture.layout.rowBytes();
+    for (std::size_t i = rowBytes; i < picture.pixels.size(); ++i) {
+        picture.pixels[i] = static_cast<std::byte>(std::to_integer<unsigned>(picture.pixels[i - rowBytes]) + 1);
+    }
+    return picture;
+}
+
+TestPicture makeNoise() {
+    TestPicture picture{{.width = 300, .height = 300, .channels = 4}, {}};
+    std::mt19937 random(1);
+    std::generate_n(std::back_inserter(picture.pixels), 360'000, [&] { return static_cast<std::byte>(random()); });
+    return picture;
+}
+
+// How large libpng makes the same picture unless told otherwise.
+double sizeFromLibpng(const TestPicture& picture) {
+    png_image image{};
+    image.version = PNG_IMAGE_VERSION;
+    image.width = picture.layout.width;
+    image.height = picture.layout.height;
+    image.format = picture.layout.channels == 4 ? PNG_FORMAT_RGBA : PNG_FORMAT_RGB;
+    png_alloc_size_t size = 0;
+    EXPECT_NE(png_image_write_get_memory_size(image, size, 0, picture.pixels.data(), 0, nullptr), 0);
+    return static_cast<double>(size);
+}
+
+struct QuickCase {
+    const char* name;
+    TestPicture picture;
+    double mostOfLibpng;  ///< how large it may be beside libpng's
+};
+
+TEST(PngWriter, QuickPicturesAreAboutAsSmallAsLibpngs) {
+    const QuickCase cases[]{{"drawing", makeDrawing(), 1.5},
+                            {"rows that change evenly", makeEvenChange(), 1.5},
+                            {"photograph", makePicture(700, 500, 3, 8), 1.1},
+                            {"noise", makeNoise(), 1.01}};
+    for (const auto& [name, picture, mostOfLibpng] : cases) {
+        const auto size = static_cast<double>(encodePng(picture, {PngPurpose::quick}).size());
+        EXPECT_LT(size, mostOfLibpng * sizeFromLibpng(picture)) << name;
+    }
+}
+
 TEST(PngWriter, CarriesTheMetadata) {
     const auto picture = makePicture(9, 9, 3, 8);
     const auto metadata = makeMetadata("RGB ");
-    for (const auto purpose : {PngPurpose::intermediate, PngPurpose::kept}) {
+    for (const auto purpose : {PngPurpose::intermediate, PngPurpose::quick, PngPurpose::kept}) {
         const auto decoded = decodePng(encodePng(picture, {purpose, 6}, metadata));
         EXPECT_EQ(decoded.complaint, "");
         EXPECT_TRUE(decoded.metadata.icc == metadata.icc);
@@ -130,7 +197,7 @@ TEST(PngWriter, CarriesTheMetadata) {
 
 TEST(PngWriter, SaysThatTheDiskIsFull) {
     const auto picture = makePicture(300, 300, 3, 8);
-    for (const auto purpose : {PngPurpose::intermediate, PngPurpose::kept}) {
+    for (const auto purpose : {PngPurpose::intermediate, PngPurpose::quick, PngPurpose::kept}) {
         const int full = ::open("/dev/full", O_WRONLY | O_CLOEXEC);
         try {
             FileSink sink(full);
@@ -151,7 +218,7 @@ TEST(PngWriter, RefusesLayoutsAndRowCountsThatAreNone) {
         EXPECT_THROW(static_cast<void>(makePngWriter(sink, layout, {}, {})), std::invalid_argument);
     }
     const auto picture = makePicture(8, 8, 3, 8);
-    for (const auto purpose : {PngPurpose::intermediate, PngPurpose::kept}) {
+    for (const auto purpose : {PngPurpose::intermediate, PngPurpose::quick, PngPurpose::kept}) {
         EXPECT_THROW(makePngWriter(sink, picture.layout, {}, {purpose, 6})->finish(), std::logic_error);
         const auto writer = makePngWriter(sink, picture.layout, {}, {purpose, 6});
         writer->writeRows(picture.pixels.data(), picture.layout.rowBytes(), 8);

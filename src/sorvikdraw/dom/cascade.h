@@ -1,11 +1,11 @@
 #pragma once
 
+#include <compare>
 #include <cstddef>
-#include <cstdint>
+#include <map>
 #include <memory>
 #include <span>
 #include <string_view>
-#include <unordered_map>
 
 #include "sorvikdraw/dom/elements.h"
 #include "sorvikdraw/dom/presentation_fields.h"
@@ -33,21 +33,19 @@ public:
     [[nodiscard]] PresentationAttributes presentationAttributes(const SVG& root);
 
 private:
-    struct Name {
-        StyleSheet::Selector::Kind kind;
-        std::string_view name;
-        bool operator==(const Name&) const = default;
-    };
-    struct NameHash {
-        std::size_t operator()(const Name& name) const;
-    };
     using Kind = StyleSheet::Selector::Kind;
+    /// A selector whose name lies in a sheet or an element.
+    struct SelectorView {
+        Kind kind;
+        std::string_view name;
+        auto operator<=>(const SelectorView&) const = default;
+    };
 
-    void lay(Overlay& over, Kind kind, std::string_view name) const;
-    void layClasses(Overlay& over, std::string_view className);
-    [[nodiscard]] Overlay overlay(std::string_view elementName, std::string_view className, std::string_view id);
+    [[nodiscard]] Overlay makeAttributes(std::string_view elementName, std::string_view className, std::string_view id);
+    void lay(Overlay& below, const SelectorView& selector) const;
+    void layClasses(Overlay& below, std::string_view className);
 
-    std::unordered_map<Name, Overlay, NameHash> rules_;  ///< all sheets laid over each other
+    std::map<SelectorView, Overlay> rules_;  ///< all sheets laid over each other
     bool anyClasses_ = false;
     std::size_t classNames_ = 0;
 };

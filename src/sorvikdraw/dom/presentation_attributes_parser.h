@@ -13,6 +13,9 @@ namespace sorvik::draw {
 /// The place of a presentation attribute's field, 0 to 19, by its name in a document; absent for other names.
 [[nodiscard]] std::optional<std::size_t> presentationAttributeIndex(std::string_view name);
 
+/// The name in a document of the field at that place.
+[[nodiscard]] std::string_view presentationAttributeName(std::size_t field);
+
 /// Whether any of these is a presentation attribute.
 [[nodiscard]] bool anyPresentationAttribute(std::span<const xml::Attribute> attributes);
 

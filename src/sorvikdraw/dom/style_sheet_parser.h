@@ -14,6 +14,8 @@ public:
     [[nodiscard]] dom::StyleSheet parse(std::string_view text);
 
 private:
+    void count(std::size_t bytes, std::size_t selectors);
+
     std::size_t bytes_ = 0;
     std::size_t selectors_ = 0;
 };

@@ -8,6 +8,12 @@
 namespace sorvik {
 namespace {
 
+/// The bundle's resource of that name, or nothing.
+QStringList bundled(const Bundle& bundle, const QString& name) {
+    const auto path = bundle.resource(name);
+    return path ? QStringList{*path} : QStringList();
+}
+
 /// The first of the candidates that exists, kept in `cached` once found.
 std::optional<QString> resolve(std::optional<QString>& cached, const QStringList& candidates) {
     if (!cached) {
@@ -48,10 +54,9 @@ ProcessConfigCache& ProcessConfigCache::shared() {
 
 ProcessConfigCache::ProcessConfigCache(Bundle bundle) : bundle_(std::move(bundle)) {}
 
-QStringList ProcessConfigCache::magickCandidates() const {
-    const auto path = bundle_.resource(QStringLiteral("magick"));
-    return path ? QStringList{*path} : QStringList();
-}
+QStringList ProcessConfigCache::magickCandidates() const { return bundled(bundle_, QStringLiteral("magick")); }
+
+QStringList ProcessConfigCache::sorvikdrawCandidates() const { return bundled(bundle_, QStringLiteral("sorvikdraw")); }
 
 std::optional<QString> ProcessConfigCache::resolveMagickPath(const QStringList& candidates) {
     const std::lock_guard guard(lock_);
@@ -59,9 +64,8 @@ std::optional<QString> ProcessConfigCache::resolveMagickPath(const QStringList& 
 }
 
 std::optional<QString> ProcessConfigCache::resolveGhostscriptPath() {
-    const auto path = bundle_.resource(QStringLiteral("gs"));
     const std::lock_guard guard(lock_);
-    return resolve(cachedGhostscriptPath_, path ? QStringList{*path} : QStringList());
+    return resolve(cachedGhostscriptPath_, bundled(bundle_, QStringLiteral("gs")));
 }
 
 Environment ProcessConfigCache::toolEnvironment() {

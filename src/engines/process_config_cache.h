@@ -25,6 +25,9 @@ public:
     /// Where `magick` may lie: the bundle's, or nowhere.
     [[nodiscard]] QStringList magickCandidates() const;
 
+    /// Where `sorvikdraw` may lie: the bundle's, or nowhere.
+    [[nodiscard]] QStringList sorvikdrawCandidates() const;
+
     /// The first candidate that exists, cached once found.
     [[nodiscard]] std::optional<QString> resolveMagickPath(const QStringList& candidates);
     [[nodiscard]] std::optional<QString> resolveMagickPath() { return resolveMagickPath(magickCandidates()); }

@@ -8,6 +8,7 @@
 #include "core/vocabulary/path_names.h"
 #include "engines/magick_run.h"
 #include "engines/metadata_strip.h"
+#include "engines/svg_route.h"
 #include "imaging/imaging_client.h"
 #include "platform/log.h"
 
@@ -129,6 +130,10 @@ SipsConversion convertWithSips(ProcessConfigCache& tools, const QString& inputPa
     const QString outputPath = replacingExtension(inputPath, target);
     if (!isSipsFormat(target)) {
         return {false, outputPath, SipsStatus::failed};
+    }
+    if (inputPath.toLower().endsWith(QLatin1StringView(".svg"))) {
+        const bool drawn = convertSVGWithSorvikDraw(tools, inputPath, outputPath, target);
+        return {drawn, outputPath, drawn ? SipsStatus::finished : SipsStatus::failed};
     }
     const Job job{QDir::cleanPath(inputPath), QDir::cleanPath(outputPath), target, stripMetadata};
     return runSips(tools, job, quality, lossless);

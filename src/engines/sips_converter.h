@@ -31,7 +31,8 @@ struct SipsConversion {
 [[nodiscard]] QStringList sipsFallbackArguments(const QString& input, const QString& output);
 
 /// Converts a file by the system tool, for JPEG with a second try at the top quality. `format` is a
-/// file extension. Stripping, when asked for, is part of the success. Blocks.
+/// file extension. Stripping, when asked for, is part of the success. A file named ".svg" goes to the drawing tool
+/// instead, where neither quality nor stripping applies. Blocks.
 [[nodiscard]] SipsConversion convertWithSips(ProcessConfigCache& tools, const QString& inputPath, const QString& format,
                                              double quality, bool lossless, bool stripMetadata);
 

@@ -111,8 +111,12 @@ struct SVG {
                                         XMLParserOptions options = skipInvalidElements);
 
     /// The definition of that id, else the first element with it, a parent before its children; null if there is none.
-    /// Linear in the document when `defs` holds none.
+    /// A walk of the document, unless indexIds() was called since it changed.
     [[nodiscard]] const GraphicsElement* firstGraphicsElement(std::string_view id) const;
+
+    /// Makes firstGraphicsElement quick; the parser does so for documents that use elements again.
+    void indexIds();
+    std::optional<std::unordered_map<std::string_view, const GraphicsElement*>> firstById;
 };
 
 }  // namespace sorvik::draw::dom

@@ -10,6 +10,7 @@
 #include "sorvikdraw/dom/boxed.h"
 #include "sorvikdraw/dom/presentation_attributes.h"
 #include "sorvikdraw/dom/svg.h"
+#include "sorvikdraw/engine/shared_list.h"
 
 /// A drawing with everything resolved: absolute cubic paths, colours as numbers, each shape with its whole paint.
 /// Nothing after it looks at the document. User units, y growing downward.
@@ -85,13 +86,13 @@ struct PathSegment {
     bool operator==(const PathSegment&) const = default;
 };
 struct Path {
-    std::vector<PathSegment> segments;
+    SharedList<PathSegment> segments;
     bool operator==(const Path&) const = default;
 };
 
 struct Shape {
     struct Line {  ///< an open polyline
-        std::vector<Point> between;
+        SharedList<Point> between;
         bool operator==(const Line&) const = default;
     };
     struct Rectangle {
@@ -104,7 +105,7 @@ struct Shape {
         bool operator==(const Ellipse&) const = default;
     };
     struct Polygon {  ///< closed
-        std::vector<Point> between;
+        SharedList<Point> between;
         bool operator==(const Polygon&) const = default;
     };
     std::variant<Line, Rectangle, Ellipse, Polygon, Path> value;
@@ -211,9 +212,9 @@ struct Layer {
     float opacity = 1;
     std::optional<dom::FillRule> clipRule;
     std::vector<Transform> transform;
-    Boxed<std::vector<ClipShape>> clip;
+    Shared<std::vector<ClipShape>> clip;  ///< shared by all that refer to one clip path
     Layer* mask = nullptr;  ///< belongs to the Tree
-    Boxed<std::vector<dom::Filter::Effect>> filters;
+    Shared<std::vector<dom::Filter::Effect>> filters;
 };
 
 /// All the layers of a drawing, owned in one place so that nothing is destroyed recursively. A layer may stand in

@@ -4,22 +4,15 @@
 #include <cstring>
 #include <numeric>
 #include <tuple>
+#include <utility>
 
 namespace sorvik::codecs {
 namespace {
 
-constexpr std::size_t slotCount = 1024;
-
 // A grey picture is one byte a pixel as it stands: only smaller indices save anything.
 constexpr std::size_t greyColourLimit = 16;
-constexpr std::size_t colourLimit = 256;
 
-std::size_t slotOf(std::uint32_t colour) {
-    return (colour * 2654435769U) >> 22U;  // Fibonacci hashing to 10 bits
-}
-static_assert(slotCount == std::size_t{1} << (32 - 22));
-
-IndexedPicture::Colour toRgba(std::uint32_t pixel, int channels) {
+PaletteColour toRgba(std::uint32_t pixel, int channels) {
     std::array<std::uint8_t, 4> bytes{};
     std::memcpy(bytes.data(), &pixel, bytes.size());
     switch (channels) {
@@ -36,7 +29,7 @@ IndexedPicture::Colour toRgba(std::uint32_t pixel, int channels) {
 
 // Neighbours in brightness get neighbouring numbers, which filters can use; the alpha table ends at the
 // last colour that is not opaque.
-auto paletteOrder(const IndexedPicture::Colour& colour) {
+auto paletteOrder(const PaletteColour& colour) {
     const auto& [red, green, blue, alpha] = colour.rgba;
     return std::tuple(alpha == 255, 299 * red + 587 * green + 114 * blue, colour.rgba);
 }
@@ -65,8 +58,20 @@ std::uint32_t pixelAt(const std::byte* row, std::size_t x, int channels) {
 
 }  // namespace
 
+Palette arrangePalette(std::span<const PaletteColour> colours) {
+    std::vector<std::uint8_t> order(colours.size());
+    std::iota(order.begin(), order.end(), std::uint8_t{0});
+    std::ranges::sort(order, {}, [&](std::uint8_t index) { return paletteOrder(colours[index]); });
+    Palette palette{.colours = {}, .newIndex = {}, .bitDepth = bitDepthFor(order.size())};
+    for (const std::uint8_t index : order) {
+        palette.newIndex[index] = static_cast<std::uint8_t>(palette.colours.size());
+        palette.colours.push_back(colours[index]);
+    }
+    return palette;
+}
+
 PaletteCollector::PaletteCollector(const PixelLayout& layout)
-    : layout_(layout), colourLimit_(layout.channels == 1 ? greyColourLimit : colourLimit), slots_(slotCount) {}
+    : layout_(layout), table_(layout.channels == 1 ? greyColourLimit : ColourTable::largest) {}
 
 bool PaletteCollector::addRow(const std::byte* row) {
     const std::size_t start = indices_.size();
@@ -76,7 +81,7 @@ bool PaletteCollector::addRow(const std::byte* row) {
     for (std::size_t x = 0; x < layout_.width; ++x) {
         const std::uint32_t pixel = pixelAt(row, x, layout_.channels);
         if (pixel != last) {
-            const auto found = indexOf(pixel);
+            const auto found = table_.indexOf(pixel);
             if (!found) {
                 indices_.resize(start);
                 return false;
@@ -89,46 +94,26 @@ bool PaletteCollector::addRow(const std::byte* row) {
     return true;
 }
 
-std::optional<std::uint8_t> PaletteCollector::indexOf(std::uint32_t colour) {
-    std::size_t slot = slotOf(colour);
-    while (slots_[slot] != 0 && colours_[slots_[slot] - 1U] != colour) {
-        slot = (slot + 1) % slotCount;
-    }
-    if (slots_[slot] == 0) {
-        if (colours_.size() == colourLimit_) {
-            return std::nullopt;
-        }
-        colours_.push_back(colour);
-        slots_[slot] = static_cast<std::uint16_t>(colours_.size());
-    }
-    return static_cast<std::uint8_t>(slots_[slot] - 1);
-}
-
 std::uint32_t PaletteCollector::rowCount() const { return static_cast<std::uint32_t>(indices_.size() / layout_.width); }
 
 void PaletteCollector::restoreRow(std::uint32_t y, std::byte* row) const {
     const std::uint8_t* indices = indices_.data() + std::size_t{y} * layout_.width;
     const std::size_t size = layout_.bytesPerPixel();
+    const auto colours = table_.colours();
     for (std::size_t x = 0; x < layout_.width; ++x) {
-        std::memcpy(row + x * size, &colours_[indices[x]], size);
+        std::memcpy(row + x * size, &colours[indices[x]], size);
     }
 }
 
 IndexedPicture PaletteCollector::take() {
-    std::vector<std::uint8_t> order(colours_.size());
-    std::iota(order.begin(), order.end(), std::uint8_t{0});
-    const auto rgba = [&](std::uint8_t index) { return toRgba(colours_[index], layout_.channels); };
-    std::sort(order.begin(), order.end(),
-              [&](std::uint8_t a, std::uint8_t b) { return paletteOrder(rgba(a)) < paletteOrder(rgba(b)); });
-
-    IndexedPicture picture{{}, std::move(indices_), bitDepthFor(order.size())};
-    std::array<std::uint8_t, 256> newIndex{};
-    for (const std::uint8_t index : order) {
-        newIndex[index] = static_cast<std::uint8_t>(picture.colours.size());
-        picture.colours.push_back(rgba(index));
+    std::vector<PaletteColour> colours;
+    for (const std::uint32_t pixel : table_.colours()) {
+        colours.push_back(toRgba(pixel, layout_.channels));
     }
+    Palette palette = arrangePalette(colours);
+    IndexedPicture picture{std::move(palette.colours), std::move(indices_), palette.bitDepth};
     for (auto& index : picture.indices) {
-        index = newIndex[index];
+        index = palette.newIndex[index];
     }
     return picture;
 }

@@ -3,21 +3,33 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <optional>
+#include <span>
 #include <vector>
 
+#include "codecs/colour_table.h"
 #include "codecs/picture.h"
 
 namespace sorvik::codecs {
 
+struct PaletteColour {
+    std::array<std::uint8_t, 4> rgba;
+};
+
+/// Up to 256 colours in the order of a file.
+struct Palette {
+    std::vector<PaletteColour> colours;                         ///< from dark to light, those not opaque first
+    std::array<std::uint8_t, ColourTable::largest> newIndex{};  ///< for what was a colour's number before
+    int bitDepth = 8;                                           ///< 1, 2, 4 or 8: the least that holds every index
+};
+
+/// Brings 1 to 256 colours, numbered as they stand, into the order of a file.
+[[nodiscard]] Palette arrangePalette(std::span<const PaletteColour> colours);
+
 /// The colours of a picture of few colours, and its pixels as numbers of them.
 struct IndexedPicture {
-    struct Colour {
-        std::array<std::uint8_t, 4> rgba;
-    };
-    std::vector<Colour> colours;        ///< from dark to light, those that are not opaque first
-    std::vector<std::uint8_t> indices;  ///< one a pixel, rows from the top without padding
-    int bitDepth = 8;                   ///< 1, 2, 4 or 8: the least that holds every index
+    std::vector<PaletteColour> colours;  ///< as in a Palette
+    std::vector<std::uint8_t> indices;   ///< one a pixel, rows from the top without padding
+    int bitDepth = 8;                    ///< a Palette's
 };
 
 /// Counts the colours of a picture of 8 bits a sample while its rows come, up to 256.
@@ -37,14 +49,15 @@ public:
     [[nodiscard]] IndexedPicture take();
 
 private:
-    [[nodiscard]] std::optional<std::uint8_t> indexOf(std::uint32_t colour);
-
     PixelLayout layout_;
-    std::size_t colourLimit_;
-    std::vector<std::uint32_t> colours_;  ///< a pixel's bytes as they lie in memory, in order of appearance
-    std::vector<std::uint16_t> slots_;    ///< open-addressed hash table of places in colours_, plus 1
+    ColourTable table_;  ///< of a pixel's bytes as they lie in memory
     std::vector<std::uint8_t> indices_;
 };
+
+/// The bytes that so many indices of `bitDepth` bits take.
+[[nodiscard]] constexpr std::size_t packedSize(std::size_t count, int bitDepth) {
+    return (count * static_cast<unsigned>(bitDepth) + 7) / 8;
+}
 
 /// Packs indices of `bitDepth` bits into bytes, the leftmost in the highest bits.
 void packIndices(const std::uint8_t* indices, std::size_t count, int bitDepth, std::byte* packed);

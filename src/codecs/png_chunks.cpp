@@ -42,6 +42,23 @@ void writePngHeader(ByteSink& sink, const PixelLayout& layout, PngColour colour,
     writeChunk(sink, headerChunk, data);
 }
 
+void writePngPalette(ByteSink& sink, std::span<const PaletteColour> colours) {
+    std::vector<std::byte> rgb;
+    std::vector<std::byte> alpha;
+    for (const auto& colour : colours) {
+        for (std::size_t i = 0; i < 3; ++i) {
+            rgb.push_back(std::byte{colour.rgba[i]});
+        }
+        if (colour.rgba[3] != 255) {
+            alpha.push_back(std::byte{colour.rgba[3]});
+        }
+    }
+    writeChunk(sink, chunkType("PLTE"), rgb);
+    if (!alpha.empty()) {
+        writeChunk(sink, chunkType("tRNS"), alpha);
+    }
+}
+
 PngColour pngColour(const PixelLayout& layout) { return colours.at(static_cast<std::size_t>(layout.channels) - 1); }
 
 std::optional<ChunkView> readChunk(std::span<const std::byte> file, std::size_t offset) {

@@ -7,6 +7,7 @@
 #include <span>
 
 #include "codecs/byte_sink.h"
+#include "codecs/palette.h"
 #include "codecs/picture.h"
 
 namespace sorvik::codecs {
@@ -41,6 +42,9 @@ void writeChunk(ByteSink& sink, ChunkType type, std::span<const std::byte> data)
 
 /// The signature and IHDR, without interlacing.
 void writePngHeader(ByteSink& sink, const PixelLayout& layout, PngColour colour, int bitDepth);
+
+/// PLTE, and tRNS where a colour is not opaque. They stand between the metadata and the pixels.
+void writePngPalette(ByteSink& sink, std::span<const PaletteColour> colours);
 
 /// How a layout is stored without a palette.
 [[nodiscard]] PngColour pngColour(const PixelLayout& layout);

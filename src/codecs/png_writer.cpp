@@ -28,29 +28,8 @@ ByteOutput pixelChunks(ByteSink& sink) {
     return [&sink](std::span<const std::byte> bytes) { writeChunk(sink, chunkType("IDAT"), bytes); };
 }
 
-std::size_t indexRowBytes(const IndexedPicture& picture, const PixelLayout& layout) {
-    return (std::size_t{layout.width} * static_cast<unsigned>(picture.bitDepth) + 7) / 8;
-}
-
-void writePaletteChunks(ByteSink& sink, const std::vector<IndexedPicture::Colour>& colours) {
-    std::vector<std::byte> rgb;
-    std::vector<std::byte> alpha;
-    for (const auto& colour : colours) {
-        for (std::size_t i = 0; i < 3; ++i) {
-            rgb.push_back(std::byte{colour.rgba[i]});
-        }
-        if (colour.rgba[3] != 255) {
-            alpha.push_back(std::byte{colour.rgba[3]});
-        }
-    }
-    writeChunk(sink, chunkType("PLTE"), rgb);
-    if (!alpha.empty()) {
-        writeChunk(sink, chunkType("tRNS"), alpha);
-    }
-}
-
 void writeIndices(const IndexedPicture& picture, const PixelLayout& layout, DeflatedRows& rows) {
-    std::vector<std::byte> packed(indexRowBytes(picture, layout));
+    std::vector<std::byte> packed(packedSize(layout.width, picture.bitDepth));
     for (std::size_t y = 0; y < layout.height; ++y) {
         packIndices(picture.indices.data() + y * layout.width, layout.width, picture.bitDepth, packed.data());
         rows.addRow(packed.data());
@@ -127,8 +106,8 @@ private:
         const IndexedPicture picture = palette_->take();
         writePngHeader(sink_, layout_, PngColour::palette, picture.bitDepth);
         writePngMetadata(sink_, layout_, metadata_, true);
-        writePaletteChunks(sink_, picture.colours);
-        DeflatedRows rows({indexRowBytes(picture, layout_), 1, layout_.height}, level_, pixelChunks(sink_));
+        writePngPalette(sink_, picture.colours);
+        DeflatedRows rows({packedSize(layout_.width, picture.bitDepth), 1, layout_.height}, level_, pixelChunks(sink_));
         writeIndices(picture, layout_, rows);
     }
 

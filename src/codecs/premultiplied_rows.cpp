@@ -4,10 +4,6 @@
 #include <array>
 #include <bit>
 #include <cstring>
-#include <span>
-#include <vector>
-
-#include "codecs/png_writer.h"
 
 namespace sorvik::codecs {
 namespace {
@@ -115,19 +111,6 @@ bool isOpaque(const PremultipliedPicture& picture) {
         }
     }
     return true;
-}
-
-void writeQuickPng(ByteSink& sink, const PremultipliedPicture& picture, const PictureMetadata& metadata) {
-    const bool opaque = isOpaque(picture);
-    const PixelLayout layout{.width = picture.width, .height = picture.height, .channels = opaque ? 3 : 4};
-    const auto writer = makePngWriter(sink, layout, metadata, {.purpose = PngPurpose::quick});
-    const auto convert = opaque ? takeOpaqueColours : unpremultiply;
-    std::vector<std::byte> row(layout.rowBytes());
-    for (std::size_t y = 0; y < picture.height; ++y) {
-        convert(picture.pixels + y * picture.stride, row.data(), picture.width);
-        writer->writeRows(row.data(), row.size(), 1);
-    }
-    writer->finish();
 }
 
 }  // namespace sorvik::codecs

@@ -3,9 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "codecs/byte_sink.h"
-#include "codecs/picture.h"
-
 namespace sorvik::codecs {
 
 /// A picture as drawing libraries keep it in memory: four bytes a pixel, blue, green, red, alpha, with the colours
@@ -25,8 +22,5 @@ void unpremultiply(const std::byte* bgra, std::byte* rgba, std::size_t pixels);
 void takeOpaqueColours(const std::byte* bgra, std::byte* rgb, std::size_t pixels);
 
 [[nodiscard]] bool isOpaque(const PremultipliedPicture& picture);
-
-/// Writes a PNG of PngPurpose::quick, without alpha where all pixels are opaque. Throws what makePngWriter throws.
-void writeQuickPng(ByteSink& sink, const PremultipliedPicture& picture, const PictureMetadata& metadata = {});
 
 }  // namespace sorvik::codecs

@@ -7,8 +7,7 @@
 
 namespace sorvik::codecs {
 
-/// The writer for PngPurpose::quick, of a valid layout; see png_writer.h. Besides a few rows its memory is less than
-/// a megabyte.
+/// The writer for PngPurpose::quick, of a valid layout; see png_writer.h.
 [[nodiscard]] std::unique_ptr<RowWriter> makeQuickPngWriter(ByteSink& sink, const PixelLayout& layout,
                                                             const PictureMetadata& metadata);
 

@@ -4,9 +4,11 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <random>
+#include <utility>
 
-#include "png_reading.h"
+#include "test_pictures.h"
 
 namespace sorvik::codecs::testing {
 namespace {
@@ -110,35 +112,6 @@ TEST(PremultipliedRows, OnePixelAnywhereDecidesOverAlpha) {
             canvas.pixels[place] = before;
         }
     }
-}
-
-TEST(PremultipliedRows, APngHoldsAlphaOnlyWhereThereIsAny) {
-    for (const bool opaque : {true, false}) {
-        Canvas canvas(301, 67);
-        if (!opaque) {
-            canvas.pixels[5000] = {10, 20, 30, 40};
-        }
-        BufferSink sink;
-        writeQuickPng(sink, canvas.picture(), makeMetadata("RGB "));
-        const auto decoded = decodePng(sink.bytes());
-        EXPECT_EQ(decoded.complaint, "");
-        EXPECT_EQ(decoded.picture.layout, (PixelLayout{301, 67, opaque ? 3 : 4, 8}));
-        EXPECT_FALSE(decoded.metadata.icc.empty());
-        Bytes expected;
-        for (std::size_t i = 0; i < canvas.pixels.size(); ++i) {
-            const Pixel pixel = straight(canvas.pixels[i]);
-            for (std::size_t c = 0; i % 302 < 301 && c < (opaque ? 3 : 4); ++c) {
-                expected.push_back(static_cast<std::byte>(pixel.at(c)));
-            }
-        }
-        EXPECT_TRUE(decoded.picture.pixels == expected);
-    }
-}
-
-TEST(PremultipliedRows, NoPictureIsRefused) {
-    BufferSink sink;
-    EXPECT_THROW(writeQuickPng(sink, {}), std::invalid_argument);
-    EXPECT_TRUE(sink.bytes().empty());
 }
 
 }  // namespace

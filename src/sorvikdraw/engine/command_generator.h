@@ -113,7 +113,7 @@ private:
         const Layer& layer = *step.layer;
         const CommandState state(layer);
         spend(1);
-        if (state.hasFilters && isHidden()) {
+        if (state.hasFilters && skipsFiltered()) {
             return;
         }
         if (state.savesState()) {
@@ -168,7 +168,7 @@ private:
         }
     }
 
-    bool isHidden() {
+    bool skipsFiltered() {
         if (!options_.hideUnsupportedFilters && !std::exchange(hasLoggedFilterWarning_, true)) {
             warnOfUnsupportedFilter(options_.caller);
         }
@@ -349,10 +349,14 @@ private:
         if (clip.size() == 1 && clip.front().transform == Matrix{}) {
             return path(clip.front().shape);
         }
-        for (const ClipShape& part : clip) {
-            spend(length(part.shape));
+        const auto [place, isNew] = clipPaths_.try_emplace(&clip);
+        if (isNew) {
+            for (const ClipShape& part : clip) {
+                spend(length(part.shape));
+            }
+            place->second = provider_.createPath(clip);
         }
-        return provider_.createPath(clip);
+        return place->second;
     }
 
     const std::optional<typename Types::Image>& bitmap(const Bitmap& bitmap) {
@@ -432,6 +436,7 @@ private:
     std::size_t patternDepth_ = 0;
 
     RecentCache<ShapeKey, Path, 1024> paths_;
+    std::unordered_map<const std::vector<ClipShape>*, Path> clipPaths_;
     std::unordered_map<const void*, std::optional<typename Types::Image>> images_;
     ByDefinition<LinearGradient> linearGradients_;  // by definition and colour converter, as are those below
     ByDefinition<RadialGradient> radialGradients_;

@@ -16,6 +16,7 @@ namespace sorvik::draw::xml {
 struct Attribute {
     std::string_view name;
     std::string_view value;
+    bool operator==(const Attribute&) const = default;
 };
 
 /// One element of a document. All texts and lists lie in the Tree's memory.

@@ -20,6 +20,16 @@ check_bundle() {
     "$resources/gs" --version >/dev/null || fail "gs does not start"
     check_magick "$resources"
     check_delegates "$resources"
+    check_drawing "$resources/sorvikdraw"
+}
+
+# With text, for which the tool needs a module that lies beside it.
+check_drawing() {
+    local tool=$1 work
+    work=$(mktemp -d -p "$scratch")
+    echo '<svg xmlns="http://www.w3.org/2000/svg" width="9" height="7"><text y="7" font-size="9">M</text></svg>' >"$work/in.svg"
+    "$tool" "$work/in.svg" --format png || fail "sorvikdraw draws nothing"
+    [[ $(magick identify -format '%wx%h %k' "$work/in.png") =~ ^9x7\ ([2-9]|[1-9][0-9])$ ]] || fail "the text is missing"
 }
 
 # Works with the folder as the program does: environment and working directory point to it.

@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 constexpr double bestQuality = 1.0;
 
 SVG loaded(const Configuration& configuration) {
-    std::optional<SVG> svg = SVG::load(configuration.input, makeSVGOptions(configuration));
+    std::optional<SVG> svg = SVG::load(configuration.input, makeSVGOptions(configuration), SVG::Caller::tool);
     if (!svg) {
         throw Error::invalid("");
     }

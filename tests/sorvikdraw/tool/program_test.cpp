@@ -186,6 +186,17 @@ TEST_F(Program, PrintsHelpOnStandardOutput) {
     EXPECT_EQ(runProgram("/bin/sh", {"-c", "\"$1\" --help >/dev/full", "sh", drawingTool()}).status, 1);
 }
 
+TEST_F(Program, WarnsInTheWordsOfItsOptions) {
+    writeFile(folder_ / "blurred.svg", R"(<svg xmlns="http://www.w3.org/2000/svg" width="9" height="9"><filter id="f">)"
+                                       R"(<feGaussianBlur stdDeviation="1"/></filter><rect width="9" height="9" )"
+                                       R"(filter="url(#f)" /
+                                           > </ svg>) ");
+        const ProgramRun warned = run({"blurred.svg", "--format", "png"});
+    EXPECT_EQ(warned.status, 0);
+    EXPECT_NE(warned.output.find("[--hideUnsupportedFilters]"), std::string::npos) << warned.output;
+    EXPECT_EQ(run({"blurred.svg", "--format", "png", "--hide-unsupported-filters"}).output, "");
+}
+
 TEST_F(Program, WorksWithoutStandardStreams) {
     writeFile(folder_ / "broken.svg", "<svg>");
     const std::string closed = "exec <&- >&- 2>&-";

@@ -22,6 +22,10 @@ inline constexpr std::size_t classNames = 5'000'000;        ///< looked up in st
 inline constexpr std::size_t gradientStops = 4096;          ///< of one gradient
 inline constexpr std::size_t expansions = 1'000'000;  ///< layers made by use, patterns, masks and clips, of a document
 inline constexpr std::size_t expansionDepth = 64;     ///< of them inside each other
+/// Of memory for what is to be drawn, with all that the layers refer to by name: an id can be long and used often.
+inline constexpr std::size_t layerBytes = 200U << 20U;
+inline constexpr std::size_t textCharacters = 100'000;  ///< of one text
+inline constexpr std::size_t fontFamilies = 256;        ///< that the texts of a document ask for
 inline constexpr std::size_t commands = 3'000'000;    ///< of one drawing
 inline constexpr std::size_t drawnPoints = 10'000'000;  ///< of all the different paths of a drawing
 /// Layers entered, commands made, points looked at, each time that one comes up: what stands in many places is

@@ -37,8 +37,8 @@ public:
                  absolute(cubic.x2, cubic.y2, cubic.space)});
     }
     void operator()(const dom::PathSegment::CubicSmooth& cubic) {
-        cubicTo({absolute(cubic.x, cubic.y, cubic.space), reflectedControl(),
-                 absolute(cubic.x2, cubic.y2, cubic.space)});
+        cubicTo(
+            {absolute(cubic.x, cubic.y, cubic.space), reflectedControl(), absolute(cubic.x2, cubic.y2, cubic.space)});
     }
     void operator()(const dom::PathSegment::Quadratic& quadratic) {
         const Point control = absolute(quadratic.x1, quadratic.y1, quadratic.space);
@@ -48,8 +48,8 @@ public:
     void operator()(const dom::PathSegment::QuadraticSmooth& quadratic) {
         const Point control = reflectedControl();
         const Point end = absolute(quadratic.x, quadratic.y, quadratic.space);
-        cubicTo({end, control,
-                 {control.x + (end.x - current_.x) * oneThird, control.y + (end.y - current_.y) * oneThird}});
+        cubicTo(
+            {end, control, {control.x + (end.x - current_.x) * oneThird, control.y + (end.y - current_.y) * oneThird}});
     }
     void operator()(const dom::PathSegment::Arc& arc) {
         const Point end = absolute(arc.x, arc.y, arc.space);
@@ -69,9 +69,9 @@ private:
     // The second control point of the cubic before, mirrored in the current point.
     [[nodiscard]] Point reflectedControl() const {
         const auto* cubic = segments_.empty() ? nullptr : std::get_if<PathSegment::Cubic>(&segments_.back().value);
-        return cubic == nullptr
-                   ? current_
-                   : Point{current_.x + (current_.x - cubic->control2.x), current_.y + (current_.y - cubic->control2.y)};
+        return cubic == nullptr ? current_
+                                : Point{current_.x + (current_.x - cubic->control2.x),
+                                        current_.y + (current_.y - cubic->control2.y)};
     }
 
     void lineTo(Point to) {

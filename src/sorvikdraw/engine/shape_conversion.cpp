@@ -35,8 +35,7 @@ struct ShapeOf {
     Result operator()(const dom::Rect& rect) const {
         const float rx = rect.rx.value_or(rect.ry.value_or(0));
         const float ry = rect.ry.value_or(rect.rx.value_or(0));
-        return Shape{
-            Shape::Rectangle{{{rect.x.value_or(0), rect.y.value_or(0)}, {rect.width, rect.height}}, {rx, ry}}};
+        return Shape{Shape::Rectangle{{{rect.x.value_or(0), rect.y.value_or(0)}, {rect.width, rect.height}}, {rx, ry}}};
     }
     Result operator()(const dom::Polyline& polyline) const { return Shape{Shape::Line{makePoints(polyline.points)}}; }
     Result operator()(const dom::Polygon& polygon) const { return Shape{Shape::Polygon{makePoints(polygon.points)}}; }

@@ -12,7 +12,9 @@ float radians(float degrees) { return degrees * 3.1415925F / 180; }
 struct Converter {
     std::vector<Transform>& result;
 
-    void operator()(const dom::Transform::Matrix& m) const { result.emplace_back(Matrix{m.a, m.b, m.c, m.d, m.e, m.f}); }
+    void operator()(const dom::Transform::Matrix& m) const {
+        result.emplace_back(Matrix{m.a, m.b, m.c, m.d, m.e, m.f});
+    }
     void operator()(const dom::Transform::Translate& by) const { result.emplace_back(Translate{by.tx, by.ty}); }
     void operator()(const dom::Transform::Scale& by) const { result.emplace_back(Scale{by.sx, by.sy}); }
     void operator()(const dom::Transform::Rotate& by) const { result.emplace_back(Rotate{radians(by.angle)}); }

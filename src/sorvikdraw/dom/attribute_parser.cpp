@@ -1,5 +1,7 @@
 #include "sorvikdraw/dom/attribute_parser.h"
 
+#include <algorithm>
+
 #include "sorvikdraw/dom/limits.h"
 #include "sorvikdraw/dom/list_limit.h"
 #include "sorvikdraw/dom/scanner.h"
@@ -10,12 +12,9 @@ namespace {
 
 // From the end: of several with one name the last counts.
 std::optional<std::string_view> lastText(std::span<const xml::Attribute> attributes, std::string_view name) {
-    for (auto attribute = attributes.rbegin(); attribute != attributes.rend(); ++attribute) {
-        if (attribute->name == name) {
-            return attribute->value;
-        }
-    }
-    return std::nullopt;
+    const auto last = std::find_if(attributes.rbegin(), attributes.rend(),
+                                   [name](const xml::Attribute& attribute) { return attribute.name == name; });
+    return last == attributes.rend() ? std::nullopt : std::optional(last->value);
 }
 
 }  // namespace

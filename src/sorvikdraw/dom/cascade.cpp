@@ -1,5 +1,8 @@
 #include "sorvikdraw/dom/cascade.h"
 
+#include <algorithm>
+#include <string>
+
 #include "sorvikdraw/dom/limits.h"
 #include "sorvikdraw/dom/white_space.h"
 #include "sorvikdraw/dom/xml_parser_error.h"

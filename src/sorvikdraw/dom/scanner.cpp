@@ -1,5 +1,6 @@
 #include "sorvikdraw/dom/scanner.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -46,7 +47,7 @@ struct Number {
 // std::from_chars takes no "+", and takes "inf" and "nan".
 std::optional<Number> leadingNumber(std::string_view text) {
     const std::size_t sign = text.starts_with('+') || text.starts_with('-') ? 1 : 0;
-    if (text.size() == sign || !(isDigit(text[sign]) || text[sign] == '.')) {
+    if (text.size() == sign || (!isDigit(text[sign]) && text[sign] != '.')) {
         return std::nullopt;
     }
     const auto* const begin = text.data() + (text.front() == '+' ? 1 : 0);
@@ -67,7 +68,7 @@ std::optional<Number> leadingNumber(std::string_view text) {
 }
 
 std::optional<float> narrowed(double value) {
-    if (std::abs(value) > double{std::numeric_limits<float>::max()}) {
+    if (std::abs(value) > static_cast<double>(std::numeric_limits<float>::max())) {
         return std::nullopt;
     }
     return static_cast<float>(value);

@@ -118,6 +118,9 @@ void CGRenderer::operator()(const CGCommand::Fill& command) {
 }
 
 void CGRenderer::operator()(const CGCommand::DrawLinearGradient& command) {
+    if (command.from == command.to && isFlat(state().pendingClip)) {
+        return;
+    }
     paintGradient(linearSource(*command.gradient, command.from, command.to, state().user, state().alpha),
                   command.gradient->stops.size());
 }
@@ -283,6 +286,12 @@ void CGRenderer::clip(Outline outline, const Box& hull) {
     if (state().clip.hasArea()) {
         state().pendingClip = std::move(outline);
     }
+}
+
+// A gradient in units of such a path's box has no extent, and is no gradient.
+bool CGRenderer::isFlat(const Outline& outline) {
+    const auto* stroked = std::get_if<StrokedOutline>(&outline);
+    return stroked != nullptr && !hullOf(*stroked->path).hasArea();
 }
 
 void CGRenderer::settleClip() {

@@ -118,6 +118,7 @@ private:
     void clearClip();
     void clip(Outline outline, const Box& hull);
     void settleClip();
+    [[nodiscard]] static bool isFlat(const Outline& outline);
 
     void setSource(const Source& source);
     void setOperator();

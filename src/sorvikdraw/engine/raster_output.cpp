@@ -34,7 +34,8 @@ struct Rows {
     int top, bottom;
 };
 
-// What is drawn outside of the rows is lost, what is drawn inside does not depend on them.
+// What is drawn outside of the rows is lost. What is drawn inside depends on them in no more than the last bits of the
+// places that pixels of turned patterns and pictures are taken from.
 void drawRows(Raster& raster, Rows rows, const CGCommands& commands, double scale, Workshop workshop) {
     const SurfaceHandle surface(
         cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(raster.row(rows.top)), CAIRO_FORMAT_ARGB32,

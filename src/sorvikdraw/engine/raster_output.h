@@ -39,7 +39,7 @@ enum class Background : std::uint8_t { transparent, white };
 [[nodiscard]] int bandsFor(int width, int height, std::size_t commands);
 
 /// The drawing as pixels, `scale` of them a user unit (0 as 1), parts of one counted as one. The picture is the same
-/// for all numbers of bands. Throws as SVG::pngData.
+/// for all numbers of bands, but for the last two bits of a few pixels. Throws as SVG::pngData.
 [[nodiscard]] Raster rasterize(const SVG& svg, double scale = 0, Background background = Background::transparent,
                                std::optional<int> bands = {});
 [[nodiscard]] Raster rasterize(const SVG& svg, SVG::Size size, double scale = 0);

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <numbers>
 #include <string>
 #include <vector>
@@ -93,7 +94,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"Square",
              dot(dom::LineCap::square, 0),
              {{15, 15, redPixel}, {24, 24, redPixel}, {25, 20, 0, 4}, {14, 20, 0, 4}}},
-        Case{"Round", dot(dom::LineCap::round, 0), {{16, 20, redPixel}, {20, 24, redPixel, 8}, {15, 15, 0}}},
+        Case{"Round", dot(dom::LineCap::round, 0), {{16, 20, redPixel}, {20, 24, redPixel, 12}, {15, 15, 0}}},
         Case{"SquareTurned",
              dot(dom::LineCap::square, std::numbers::pi_v<float> / 4),
              {{20, 14, redPixel, 8}, {15, 15, 0}, {25, 20, redPixel}}}),
@@ -176,7 +177,7 @@ INSTANTIATE_TEST_SUITE_P(
              {{5, 5, bluePixel}}},
         Case{"RadialInAFlatSpace",
              {push, clip(canvas), translate(20, 20), scale(1, 0.25F), radial(redToBlue, {{0, 0}, 0, {0, 0}, 20}), pop},
-             {{20, 20, redPixel, 20}, {10, 20, 0xFF800080, 8}, {20, 22, 0xFF800080, 14}, {20, 30, bluePixel}}},
+             {{20, 20, redPixel, 30}, {10, 20, 0xFF800080, 8}, {20, 22, 0xFF800080, 14}, {20, 30, bluePixel}}},
         Case{"Alpha",
              {push, clip(canvas), setAlpha(0.5F), linear(gradient(halfRed, halfRed), {0, 0}, {40, 0}), pop},
              {{20, 20, 0x40400000, 1}}},
@@ -288,8 +289,10 @@ TEST(Bands, MakeNoDifference) {
         scene = joined({scene, one[i % 7]});
     }
     const auto one = pixelsOf(drawn(scene, 211, 200, 1));
-    EXPECT_EQ(one, pixelsOf(drawn(scene, 211, 200, 2)));
-    EXPECT_EQ(one, pixelsOf(drawn(scene, 211, 200, 7)));
+    for (const int bands : {2, 7}) {
+        const auto several = pixelsOf(drawn(scene, 211, 200, bands));
+        EXPECT_TRUE(std::ranges::equal(one, several, [](auto a, auto b) { return isNear(a, b, 6); })) << bands;
+    }
 }
 
 }  // namespace

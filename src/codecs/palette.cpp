@@ -119,6 +119,10 @@ IndexedPicture PaletteCollector::take() {
 }
 
 void packIndices(const std::uint8_t* indices, std::size_t count, int bitDepth, std::byte* packed) {
+    if (bitDepth == 8) {
+        std::memcpy(packed, indices, count);
+        return;
+    }
     const std::size_t perByte = 8U / static_cast<unsigned>(bitDepth);
     for (std::size_t start = 0; start < count; start += perByte) {
         unsigned byte = 0;

@@ -91,7 +91,7 @@ void writeWithPalette(ByteSink& sink, const PremultipliedPicture& picture, const
     writePngHeader(sink, layout, PngColour::palette, palette.bitDepth);
     writePngMetadata(sink, layout, metadata, true);
     writePngPalette(sink, palette.colours);
-    QuickRows rows(sink, packed.size(), 1);
+    QuickRows rows(sink, QuickContent::indices, packed.size(), 1);
     for (std::size_t y = 0; y < picture.height; ++y) {
         numberRow(numbers, rowOf(picture, y), picture.width, row.data());
         packIndices(row.data(), row.size(), palette.bitDepth, packed.data());

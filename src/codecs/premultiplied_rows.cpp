@@ -1,7 +1,6 @@
 #include "codecs/premultiplied_rows.h"
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <cstring>
 
@@ -11,102 +10,99 @@ namespace {
 static_assert(std::endian::native == std::endian::little, "pixels are read as numbers of 32 bits, alpha on top");
 
 constexpr std::size_t pixelBytes = 4;
-constexpr std::size_t blockPixels = 16;
 constexpr std::uint32_t opaqueAlpha = 0xff00'0000;
 constexpr std::uint32_t greenAndAlpha = 0xff00'ff00;
 
-/// Pixels that are read and converted together: most blocks of a drawing are opaque or empty, which are shorter ways.
-using Block = std::array<std::uint32_t, blockPixels>;
+/// So many pixels are looked at together: most such stretches of a drawing are opaque or empty, which are shorter ways.
+constexpr std::size_t stretchPixels = 32;
 
-std::uint32_t allBits(const Block& block) {
-    std::uint32_t bits = ~0U;
-    for (const std::uint32_t pixel : block) {
-        bits &= pixel;
+std::uint32_t pixelAt(const std::byte* row, std::size_t x) {
+    std::uint32_t pixel = 0;
+    std::memcpy(&pixel, row + x * pixelBytes, pixelBytes);
+    return pixel;
+}
+
+/// The bits that all pixels have, and those that any has.
+struct CommonBits {
+    std::uint32_t all = ~0U;
+    std::uint32_t any = 0;
+};
+
+// To the end whatever it meets, so that many pixels are taken at a time.
+CommonBits commonBits(const std::byte* row, std::size_t pixels) {
+    CommonBits bits;
+    for (std::size_t x = 0; x < pixels; ++x) {
+        bits.all &= pixelAt(row, x);
+        bits.any |= pixelAt(row, x);
     }
     return bits;
 }
 
-std::uint32_t anyBits(const Block& block) {
-    std::uint32_t bits = 0;
-    for (const std::uint32_t pixel : block) {
-        bits |= pixel;
-    }
-    return bits;
-}
+bool hasOpaqueAlpha(const CommonBits& bits) { return (bits.all & opaqueAlpha) == opaqueAlpha; }
 
 std::uint32_t swapRedAndBlue(std::uint32_t pixel) {
     return (pixel & greenAndAlpha) | (pixel >> 16 & 0xffU) | (pixel & 0xffU) << 16;
 }
 
-// Without a branch, in floats, so that it is done for four pixels at a time and more. The half keeps the product clear
-// of the whole numbers, where an error in its last bit would count.
-std::uint32_t straightColour(std::uint32_t colour, std::uint32_t alpha, float reciprocal) {
-    const auto dividend = static_cast<float>(static_cast<std::int32_t>(colour * 255 + alpha / 2));
-    return static_cast<std::uint32_t>(static_cast<std::int32_t>(std::min((dividend + 0.5F) * reciprocal, 255.0F)));
+// Signed, as the processor's wide comparisons and conversions to floats are.
+std::int32_t byteAt(std::uint32_t pixel, int shift) { return static_cast<std::int32_t>(pixel >> shift & 0xffU); }
+
+// The dividend's half keeps the product clear of the whole numbers, where an error in its last bit would count.
+std::uint32_t straightColour(std::int32_t colour, std::int32_t alpha, float reciprocal) {
+    const std::int32_t dividend = (colour < alpha ? colour : alpha) * 255 + alpha / 2;
+    return static_cast<std::uint32_t>(static_cast<std::int32_t>((static_cast<float>(dividend) + 0.5F) * reciprocal));
 }
 
+// Without a branch, so that several pixels are done at a time.
 std::uint32_t straightPixel(std::uint32_t pixel) {
-    const std::uint32_t alpha = pixel >> 24;
-    const float reciprocal = 1.0F / static_cast<float>(static_cast<std::int32_t>(std::max(alpha, 1U)));
-    const std::uint32_t red = straightColour(pixel >> 16 & 0xffU, alpha, reciprocal);
-    const std::uint32_t green = straightColour(pixel >> 8 & 0xffU, alpha, reciprocal);
-    const std::uint32_t blue = straightColour(pixel & 0xffU, alpha, reciprocal);
-    return alpha << 24 | blue << 16 | green << 8 | red;
+    const std::int32_t alpha = byteAt(pixel, 24);
+    const float reciprocal = 1.0F / static_cast<float>((alpha < 1 ? 1 : alpha));
+    const std::uint32_t red = straightColour(byteAt(pixel, 16), alpha, reciprocal);
+    const std::uint32_t green = straightColour(byteAt(pixel, 8), alpha, reciprocal);
+    const std::uint32_t blue = straightColour(byteAt(pixel, 0), alpha, reciprocal);
+    return static_cast<std::uint32_t>(alpha) << 24 | blue << 16 | green << 8 | red;
 }
 
 template <typename Convert>
-void convertBlock(Block& block, const Convert& convert) {
-    for (std::uint32_t& pixel : block) {
-        pixel = convert(pixel);
+void convertPixels(const std::byte* __restrict from, std::byte* __restrict to, std::size_t pixels,
+                   const Convert& convert) {
+    for (std::size_t x = 0; x < pixels; ++x) {
+        const std::uint32_t pixel = convert(pixelAt(from, x));
+        std::memcpy(to + x * pixelBytes, &pixel, pixelBytes);
     }
 }
 
-void straighten(Block& block) {
-    if ((allBits(block) & opaqueAlpha) == opaqueAlpha) {
-        convertBlock(block, swapRedAndBlue);
-    } else if (anyBits(block) != 0) {
-        convertBlock(block, straightPixel);
+void unpremultiplyStretch(const std::byte* bgra, std::byte* rgba, std::size_t pixels) {
+    const CommonBits bits = commonBits(bgra, pixels);
+    if (hasOpaqueAlpha(bits)) {
+        convertPixels(bgra, rgba, pixels, swapRedAndBlue);
+    } else if (bits.any == 0) {
+        std::memset(rgba, 0, pixels * pixelBytes);
+    } else {
+        convertPixels(bgra, rgba, pixels, straightPixel);
     }
-}
-
-bool isOpaqueRow(const std::byte* row, std::size_t pixels) {
-    Block block{};
-    for (std::size_t x = 0; x < pixels; x += blockPixels) {
-        const std::size_t count = std::min(blockPixels, pixels - x);
-        if (count < blockPixels) {
-            block.fill(opaqueAlpha);
-        }
-        std::memcpy(block.data(), row + x * pixelBytes, count * pixelBytes);
-        if ((allBits(block) & opaqueAlpha) != opaqueAlpha) {
-            return false;
-        }
-    }
-    return true;
 }
 
 }  // namespace
 
 void unpremultiply(const std::byte* bgra, std::byte* rgba, std::size_t pixels) {
-    Block block{};
-    for (std::size_t x = 0; x < pixels; x += blockPixels) {
-        const std::size_t bytes = std::min(blockPixels, pixels - x) * pixelBytes;
-        std::memcpy(block.data(), bgra + x * pixelBytes, bytes);
-        straighten(block);
-        std::memcpy(rgba + x * pixelBytes, block.data(), bytes);
+    for (std::size_t x = 0; x < pixels; x += stretchPixels) {
+        unpremultiplyStretch(bgra + x * pixelBytes, rgba + x * pixelBytes, std::min(stretchPixels, pixels - x));
     }
 }
 
 void takeOpaqueColours(const std::byte* bgra, std::byte* rgb, std::size_t pixels) {
+    constexpr std::size_t colourBytes = 3;
+    // Four bytes are stored for each pixel but the last; the next one's lie over the fourth.
     for (std::size_t x = 0; x < pixels; ++x) {
-        rgb[3 * x] = bgra[pixelBytes * x + 2];
-        rgb[3 * x + 1] = bgra[pixelBytes * x + 1];
-        rgb[3 * x + 2] = bgra[pixelBytes * x];
+        const std::uint32_t pixel = swapRedAndBlue(pixelAt(bgra, x));
+        std::memcpy(rgb + x * colourBytes, &pixel, x + 1 < pixels ? pixelBytes : colourBytes);
     }
 }
 
 bool isOpaque(const PremultipliedPicture& picture) {
     for (std::size_t y = 0; y < picture.height; ++y) {
-        if (!isOpaqueRow(picture.pixels + y * picture.stride, picture.width)) {
+        if (!hasOpaqueAlpha(commonBits(picture.pixels + y * picture.stride, picture.width))) {
             return false;
         }
     }

@@ -15,7 +15,7 @@ struct PremultipliedPicture {
 };
 
 /// The pixels as straight red, green, blue and alpha, each colour the nearest to colour * 255 / alpha, half up. A
-/// colour above its alpha, which no drawing makes, becomes 255; what is wholly transparent becomes zeros.
+/// colour above its alpha, which no drawing makes, is taken for its alpha.
 void unpremultiply(const std::byte* bgra, std::byte* rgba, std::size_t pixels);
 
 /// The colours alone, red, green and blue, of opaque pixels.

@@ -56,8 +56,9 @@ void subtractAbove(const std::byte* row, const std::byte* above, std::size_t cou
 
 }  // namespace
 
-QuickFilter::QuickFilter(std::size_t rowBytes, std::size_t bytesPerPixel)
-    : rowBytes_(rowBytes),
+QuickFilter::QuickFilter(QuickContent content, std::size_t rowBytes, std::size_t bytesPerPixel)
+    : content_(content),
+      rowBytes_(rowBytes),
       bytesPerPixel_(bytesPerPixel),
       above_(rowBytes),
       photographFilter_(rowBytes, bytesPerPixel) {}
@@ -88,7 +89,8 @@ QuickFilter::Way QuickFilter::wayFor(const std::byte* row) const {
     }
     const Breaks breaks = countBreaks(reinterpret_cast<const std::uint8_t*>(row),
                                       reinterpret_cast<const std::uint8_t*>(above_.data()), rowBytes_, bytesPerPixel_);
-    if (std::min(breaks.plain, breaks.fromAbove) > breaks.lookedAt / photographPart) {
+    if (content_ == QuickContent::colours &&
+        std::min(breaks.plain, breaks.fromAbove) > breaks.lookedAt / photographPart) {
         return Way::photograph;
     }
     return breaks.fromAbove < breaks.plain ? Way::fromAbove : Way::plain;

@@ -17,7 +17,7 @@ public:
         : sink_(sink),
           counter_(layout.height),
           swapped_(layout.bitsPerSample == 16 ? layout.rowBytes() : 0),
-          rows_(sink, layout.rowBytes(), layout.bytesPerPixel()) {
+          rows_(sink, QuickContent::colours, layout.rowBytes(), layout.bytesPerPixel()) {
         writePngHeader(sink_, layout, pngColour(layout), layout.bitsPerSample);
         writePngMetadata(sink_, layout, metadata, true);
     }

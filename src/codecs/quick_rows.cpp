@@ -13,9 +13,9 @@ constexpr std::size_t gatheredBytes = std::size_t{64} * 1024;
 
 }  // namespace
 
-QuickRows::QuickRows(ByteSink& sink, std::size_t rowBytes, std::size_t bytesPerPixel)
+QuickRows::QuickRows(ByteSink& sink, QuickContent content, std::size_t rowBytes, std::size_t bytesPerPixel)
     : slotBytes_(rowBytes + 1),
-      filter_(rowBytes, bytesPerPixel),
+      filter_(content, rowBytes, bytesPerPixel),
       gathered_(std::max(slotBytes_, gatheredBytes)),
       zlib_([&sink](std::span<const std::byte> bytes) { writeChunk(sink, chunkType("IDAT"), bytes); },
             StreamEffort::quick) {}

@@ -13,8 +13,8 @@ namespace sorvik::codecs {
 /// rows, and less than a megabyte besides.
 class QuickRows {
 public:
-    /// As RowFilter's. `sink` must outlive it.
-    QuickRows(ByteSink& sink, std::size_t rowBytes, std::size_t bytesPerPixel);
+    /// As QuickFilter's. `sink` must outlive it.
+    QuickRows(ByteSink& sink, QuickContent content, std::size_t rowBytes, std::size_t bytesPerPixel);
 
     /// The next row from the top, with the bytes of its samples in the order of the file.
     void addRow(const std::byte* row);

@@ -26,10 +26,7 @@ Bytes bytesOf(const std::vector<Pixel>& pixels) {
 }
 
 unsigned straight(unsigned colour, unsigned alpha) {
-    if (colour > alpha) {
-        return 255;
-    }
-    return alpha == 0 ? 0 : (colour * 255 + alpha / 2) / alpha;
+    return alpha == 0 ? 0 : (std::min(colour, alpha) * 255 + alpha / 2) / alpha;
 }
 
 Pixel straight(const Pixel& bgra) {

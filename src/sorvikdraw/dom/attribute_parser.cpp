@@ -20,14 +20,16 @@ std::optional<std::string_view> lastText(std::span<const xml::Attribute> attribu
 }  // namespace
 
 std::vector<xml::Attribute> splitStyle(std::string_view style) {
+    static constexpr CharacterSet colon(":");
+    static constexpr CharacterSet semicolon(";");
     Scanner scanner(style);
     std::vector<xml::Attribute> pairs;
     while (!scanner.isEOF()) {
-        const auto name = scanner.scanUpTo(":");
+        const auto name = scanner.scanUpTo(colon);
         if (!name || !scanner.scanString(":")) {
             throw XMLParserError::invalid();
         }
-        const auto value = scanner.scanUpTo(";");
+        const auto value = scanner.scanUpTo(semicolon);
         scanner.scanString(";");
         requireRoom(pairs.size(), limits::listItems, "pairs in a style");
         pairs.push_back({trimmedOfBlanks(*name), trimmedOfBlanks(value.value_or(std::string_view()))});

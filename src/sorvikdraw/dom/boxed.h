@@ -13,7 +13,7 @@ template <typename T>
 class Boxed {
 public:
     Boxed() = default;
-    Boxed(T value) : held_(new Held{1, std::move(value)}) {}  // NOLINT(google-explicit-constructor)
+    Boxed(T value) : held_(new Held{1, std::move(value)}) {}
     Boxed(const Boxed& other) noexcept : held_(other.held_) {
         if (held_ != nullptr) {
             held_->owners.fetch_add(1, std::memory_order_relaxed);

@@ -37,6 +37,9 @@ enum class Command : std::uint8_t {
 constexpr std::string_view commandCharacters = "MmLlHhVvCcSsQqTtAaZz";
 static_assert(commandCharacters.size() == static_cast<std::size_t>(Command::closeAlias) + 1);
 
+constexpr CharacterSet commandSet(commandCharacters);
+constexpr CharacterSet delimiters(",;");
+
 constexpr Space spaceOf(Command command) {
     return static_cast<unsigned>(command) % 2 == 0 ? Space::absolute : Space::relative;
 }
@@ -54,7 +57,7 @@ private:
     template <typename Value>
     Value taken(const std::optional<Value>& value) {
         failed_ = failed_ || !value;
-        scanner_.scanCharacter(",;");
+        scanner_.scanCharacter(delimiters);
         return value.value_or(Value());
     }
 
@@ -113,7 +116,7 @@ std::optional<Command> repeated(std::optional<Command> previous) {
 }
 
 std::optional<Command> nextPathCommand(Scanner& scanner, std::optional<Command> previous) {
-    const auto letter = scanner.scanCharacter(commandCharacters);
+    const auto letter = scanner.scanCharacter(commandSet);
     return letter ? static_cast<Command>(commandCharacters.find(*letter)) : repeated(previous);
 }
 

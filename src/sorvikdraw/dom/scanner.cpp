@@ -76,9 +76,12 @@ std::optional<float> narrowed(double value) {
 
 }  // namespace
 
-std::optional<std::string_view> Scanner::scanCharacters(std::string_view set) {
+std::optional<std::string_view> Scanner::scanWhile(bool isMember, const CharacterSet& set) {
     const auto start = skipped();
-    const auto end = std::min(text_.find_first_not_of(set, start), text_.size());
+    auto end = start;
+    while (end < text_.size() && set.contains(text_[end]) == isMember) {
+        ++end;
+    }
     if (end == start) {
         return std::nullopt;
     }
@@ -86,15 +89,9 @@ std::optional<std::string_view> Scanner::scanCharacters(std::string_view set) {
     return text_.substr(start, end - start);
 }
 
-std::optional<std::string_view> Scanner::scanUpTo(std::string_view set) {
-    const auto start = skipped();
-    const auto end = std::min(text_.find_first_of(set, start), text_.size());
-    if (end == start) {
-        return std::nullopt;
-    }
-    index_ = end;
-    return text_.substr(start, end - start);
-}
+std::optional<std::string_view> Scanner::scanCharacters(const CharacterSet& set) { return scanWhile(true, set); }
+
+std::optional<std::string_view> Scanner::scanUpTo(const CharacterSet& set) { return scanWhile(false, set); }
 
 std::optional<double> Scanner::scanDouble() {
     const auto start = skipped();
@@ -154,7 +151,8 @@ std::optional<std::uint8_t> Scanner::scanUInt8() { return scanDigits<std::uint8_
 
 std::optional<float> Scanner::scanPercentage() {
     const auto start = index_;
-    const auto run = scanCharacters("+-0123456789.Ee");
+    static constexpr CharacterSet characters("+-0123456789.Ee");
+    const auto run = scanCharacters(characters);
     const auto number = run ? leadingNumber(*run) : std::nullopt;
     if (number && number->size == run->size() && number->value >= 0 && number->value <= 100) {
         if (scanString("%")) {

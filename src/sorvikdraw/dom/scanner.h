@@ -5,6 +5,7 @@
 #include <optional>
 #include <string_view>
 
+#include "sorvikdraw/dom/character_set.h"
 #include "sorvikdraw/dom/white_space.h"
 
 namespace sorvik::draw {
@@ -22,10 +23,10 @@ public:
     [[nodiscard]] std::optional<char> peek() const;
 
     bool scanString(std::string_view literal);
-    std::optional<char> scanCharacter(std::string_view set);
+    std::optional<char> scanCharacter(const CharacterSet& set);
     /// The longest run of characters in `set`, or of characters not in it; at least one.
-    std::optional<std::string_view> scanCharacters(std::string_view set);
-    std::optional<std::string_view> scanUpTo(std::string_view set);
+    std::optional<std::string_view> scanCharacters(const CharacterSet& set);
+    std::optional<std::string_view> scanUpTo(const CharacterSet& set);
 
     /// A decimal number: sign, digits, fraction, exponent. One beyond the type's range is no number.
     std::optional<double> scanDouble();
@@ -44,6 +45,7 @@ public:
 
 private:
     [[nodiscard]] std::size_t skipped() const;
+    std::optional<std::string_view> scanWhile(bool isMember, const CharacterSet& set);
     template <typename Integer>
     std::optional<Integer> scanDigits();
 
@@ -73,9 +75,9 @@ inline bool Scanner::scanString(std::string_view literal) {
     return true;
 }
 
-inline std::optional<char> Scanner::scanCharacter(std::string_view set) {
+inline std::optional<char> Scanner::scanCharacter(const CharacterSet& set) {
     const auto start = skipped();
-    if (start == text_.size() || set.find(text_[start]) == std::string_view::npos) {
+    if (start == text_.size() || !set.contains(text_[start])) {
         return std::nullopt;
     }
     index_ = start + 1;

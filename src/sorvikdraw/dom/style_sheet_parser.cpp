@@ -67,6 +67,10 @@ std::string withoutComments(std::string_view text) {
     return kept;
 }
 
+constexpr CharacterSet selectorEnds("{,");
+constexpr CharacterSet nameEnds(":");
+constexpr CharacterSet valueEnds(";\n}");
+
 Selector::Kind scanKind(Scanner& scanner) {
     if (scanner.scanString(".")) {
         return Selector::Kind::className;
@@ -79,7 +83,7 @@ std::vector<Selector> scanSelectors(Scanner& scanner) {
     std::vector<Selector> selectors;
     for (;;) {
         const auto kind = scanKind(scanner);
-        const auto name = scanner.scanUpTo("{,");
+        const auto name = scanner.scanUpTo(selectorEnds);
         if (!name) {
             return selectors;
         }
@@ -93,11 +97,11 @@ Declarations scanDeclarations(Scanner& scanner) {
     Declarations declarations;
     scanner.scanString("{");
     while (!scanner.scanString("}")) {
-        const auto name = scanner.scanUpTo(":");
+        const auto name = scanner.scanUpTo(nameEnds);
         if (!name || !scanner.scanString(":")) {
             throw XMLParserError::invalid();
         }
-        const auto value = scanner.scanUpTo(";\n}");
+        const auto value = scanner.scanUpTo(valueEnds);
         scanner.scanString(";");
         if (const auto field = presentationAttributeIndex(trimmed(*name))) {
             declarations[*field] = trimmed(value.value_or(std::string_view()));

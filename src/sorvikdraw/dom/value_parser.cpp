@@ -9,7 +9,7 @@ namespace sorvik::draw {
 namespace {
 
 std::optional<dom::Point> scanPoint(Scanner& scanner) {
-    constexpr std::string_view delimiters = ",;";
+    static constexpr CharacterSet delimiters(",;");
     const auto x = scanner.scanCoordinate();
     scanner.scanCharacter(delimiters);
     const auto y = scanner.scanCoordinate();

@@ -89,8 +89,10 @@ TEST_F(ProcessImage, TellsItsErrorsApart) {
     noFile.input = folder_ / ".";
     EXPECT_EQ(errorOf(noFile), Error::Kind::invalid);
 
-    test::writeFile(folder_ / "in.svg", "<svg width='1' height='1'>");
-    EXPECT_EQ(errorOf(configuration(Format::png)), Error::Kind::invalid);
+    Configuration broken = configuration(Format::png);
+    broken.input = folder_ / "broken.svg";
+    test::writeFile(broken.input, "<svg width='1' height='1'>");
+    EXPECT_EQ(errorOf(broken), Error::Kind::invalid);
 }
 
 TEST(MakeImageInsets, AreAllOrNone) {

@@ -135,8 +135,9 @@ TEST_F(Program, ReplacesAFileAndKeepsItsModeAndItsLink) {
 
 TEST_F(Program, LeavesAnExistingOutputAloneWhenItFails) {
     writeFile(folder_ / "out.png", "old");
-    const Words arguments{"in.svg", "--format", "png", "--output", "out.png"};
-    expectFailure(run(arguments, "ulimit -f 0"), 1, "out.png: File too large");
+    // More than the kilobyte that the process may write into a file.
+    const Words arguments{"in.svg", "--format", "jpeg", "--size", "900x900", "--output", "out.png"};
+    expectFailure(run(arguments, "ulimit -f 1"), 1, "out.png: File too large");
     writeFile(folder_ / "in.svg", "<svg>");
     expectFailure(run(arguments), 1, "[parsing error]");
     EXPECT_EQ(contentsOf(folder_ / "out.png"), "old");
@@ -187,11 +188,10 @@ TEST_F(Program, PrintsHelpOnStandardOutput) {
 }
 
 TEST_F(Program, WarnsInTheWordsOfItsOptions) {
-    writeFile(folder_ / "blurred.svg", R"(<svg xmlns="http://www.w3.org/2000/svg" width="9" height="9"><filter id="f">)"
-                                       R"(<feGaussianBlur stdDeviation="1"/></filter><rect width="9" height="9" )"
-                                       R"(filter="url(#f)" /
-                                           > </ svg>) ");
-        const ProgramRun warned = run({"blurred.svg", "--format", "png"});
+    writeFile(folder_ / "blurred.svg", R"x(<svg xmlns="http://www.w3.org/2000/svg" width="9" height="9">
+        <filter id="f"><feGaussianBlur stdDeviation="1"/></filter>
+        <rect width="9" height="9" filter="url(#f)"/></svg>)x");
+    const ProgramRun warned = run({"blurred.svg", "--format", "png"});
     EXPECT_EQ(warned.status, 0);
     EXPECT_NE(warned.output.find("[--hideUnsupportedFilters]"), std::string::npos) << warned.output;
     EXPECT_EQ(run({"blurred.svg", "--format", "png", "--hide-unsupported-filters"}).output, "");

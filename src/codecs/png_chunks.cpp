@@ -42,10 +42,10 @@ void writePngHeader(ByteSink& sink, const PixelLayout& layout, PngColour colour,
     writeChunk(sink, headerChunk, data);
 }
 
-void writePngPalette(ByteSink& sink, std::span<const PaletteColour> colours) {
+void writePngPalette(ByteSink& sink, std::span<const PaletteColour> palette) {
     std::vector<std::byte> rgb;
     std::vector<std::byte> alpha;
-    for (const auto& colour : colours) {
+    for (const auto& colour : palette) {
         for (std::size_t i = 0; i < 3; ++i) {
             rgb.push_back(std::byte{colour.rgba[i]});
         }

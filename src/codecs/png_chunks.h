@@ -44,7 +44,7 @@ void writeChunk(ByteSink& sink, ChunkType type, std::span<const std::byte> data)
 void writePngHeader(ByteSink& sink, const PixelLayout& layout, PngColour colour, int bitDepth);
 
 /// PLTE, and tRNS where a colour is not opaque. They stand between the metadata and the pixels.
-void writePngPalette(ByteSink& sink, std::span<const PaletteColour> colours);
+void writePngPalette(ByteSink& sink, std::span<const PaletteColour> palette);
 
 /// How a layout is stored without a palette.
 [[nodiscard]] PngColour pngColour(const PixelLayout& layout);

@@ -36,8 +36,8 @@ Breaks countBreaks(const std::uint8_t* row, const std::uint8_t* above, std::size
         for (std::size_t i = 0; i < length; ++i) {
             const auto stepHere = static_cast<std::uint8_t>(current[i] - left[i]);
             const auto stepAbove = static_cast<std::uint8_t>(up[i] - upLeft[i]);
-            plain = static_cast<std::uint8_t>(plain + (stepHere != 0));
-            fromAbove = static_cast<std::uint8_t>(fromAbove + (stepHere != stepAbove));
+            plain = static_cast<std::uint8_t>(plain + (stepHere != 0 ? 1 : 0));
+            fromAbove = static_cast<std::uint8_t>(fromAbove + (stepHere != stepAbove ? 1 : 0));
         }
         breaks.plain += plain;
         breaks.fromAbove += fromAbove;

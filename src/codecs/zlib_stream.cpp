@@ -55,6 +55,7 @@ std::optional<std::vector<std::byte>> zlibDecompress(std::span<const std::byte> 
 // Nothing of it is cleared: a short stream touches a small part of it, and memory fresh from the system costs more
 // time than a small picture takes.
 struct ZlibStreamer::State {
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): isal_deflate_init sets what is read
     State(ByteOutput sink, std::size_t levelBufferSize) : output(std::move(sink)), levelBuffer(levelBufferSize) {
         isal_deflate_init(&stream);
     }

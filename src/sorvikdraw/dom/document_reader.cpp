@@ -42,7 +42,7 @@ struct ContainerOf {
 };
 
 // The two empty lists of elements in a nested one take memory too.
-constexpr std::size_t drawingBytes = sizeof(dom::SVG) + 2 * 576;
+constexpr std::size_t drawingBytes = sizeof(dom::SVG) + std::size_t{2} * 576;
 
 template <typename Gradient>
 std::size_t bytesOf(const Gradient& gradient) {
@@ -88,7 +88,7 @@ dom::SVG DocumentReader::read() {
 void DocumentReader::beginSVG(const xml::Element& source, dom::SVG& svg) {
     const StyledAttributes attributes(source, options_);
     parseViewport(svg, attributes.parser());
-    tasks_.push(Drawing{&source, &svg, index_.search(Section::all.front().name, source)});
+    tasks_.emplace(Drawing{&source, &svg, index_.search(Section::all.front().name, source)});
     readChildren(source, svg.children);
 }
 
@@ -176,7 +176,7 @@ void DocumentReader::deliver(const dom::GraphicsElement& element) {
 
 void DocumentReader::readChildren(const xml::Element& source, dom::ChildElements& into) {
     if (source.firstChild != nullptr) {
-        tasks_.push(ContainerChildren{source.firstChild, &into});
+        tasks_.emplace(ContainerChildren{source.firstChild, &into});
     }
 }
 
@@ -212,7 +212,7 @@ void DocumentReader::readFilter(const xml::Element& source, dom::SVG& svg) {
 }
 
 void DocumentReader::parseDefsElements(const xml::Element& source, dom::SVG& svg) {
-    tasks_.push(ContainerChildren{source.firstChild, &svg.defs});
+    tasks_.emplace(ContainerChildren{source.firstChild, &svg.defs});
 }
 
 // Every "svg" round a sheet has it, read once and reported once.

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <tuple>
+#include <utility>
 
 #include "sorvikdraw/dom/presentation_attributes.h"
 

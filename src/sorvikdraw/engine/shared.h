@@ -10,6 +10,8 @@ template <typename T>
 class Shared : public std::shared_ptr<const T> {
 public:
     using std::shared_ptr<const T>::shared_ptr;
+    Shared(std::shared_ptr<const T> value)  // NOLINT(google-explicit-constructor): another name for the same
+        : std::shared_ptr<const T>(std::move(value)) {}
     Shared(T value)  // NOLINT(google-explicit-constructor): a value that others may come to hold as well
         : std::shared_ptr<const T>(std::make_shared<const T>(std::move(value))) {}
 

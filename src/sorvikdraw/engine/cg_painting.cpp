@@ -120,7 +120,25 @@ void CGRenderer::inSlices(const Box& visible, double cost, Act act) {
     }
 }
 
+// With the blend mode copy, the context takes alpha for coverage, so that what is below would shine through.
+void CGRenderer::paintFaded(const Outline& outline, const Source& source) {
+    const Workshop::Target faded = workshop_.makeTarget(state().clip.rounded());
+    cairo_set_source(faded.context.get(), source.pattern);
+    cairo_paint_with_alpha(faded.context.get(), source.alpha);
+    const PatternHandle pattern(cairo_pattern_create_for_surface(faded.surface.get()));
+    paint(outline, Source{.pattern = pattern.get()});
+}
+
+bool CGRenderer::mustFade(const Source& source) const {
+    const State& state = levels_.back().state;
+    return source.pattern != nullptr && source.alpha < 1 && state.blend == BlendMode::copy && state.clip.hasArea();
+}
+
 void CGRenderer::paint(const FilledOutline& outline, const Source& source) {
+    if (mustFade(source)) {
+        paintFaded(outline, source);
+        return;
+    }
     const Box box = outline.user.invertible() ? outline.user * hullOf(*outline.path) : Box{};
     const Box visible = affected(box);
     if (!visible.hasArea()) {
@@ -192,6 +210,10 @@ void CGRenderer::paintAll(const Source& source) {
     if (!clip.hasArea()) {
         return;
     }
+    if (mustFade(source)) {
+        paintFaded({}, source);
+        return;
+    }
     setSource(source);
     setOperator();
     inSlices(clip, clip.area() * source.pixelCost, [&] {
@@ -220,6 +242,9 @@ void CGRenderer::operator()(const CGCommand::Draw& command) {
         return;
     }
     const CGImage& image = *command.image;
+    if (image.width <= 0 || image.height <= 0) {
+        return;
+    }
     const bool toPixels = workshop_.medium() == Medium::raster;
     const int columns = toPixels ? reduction(image.width, rect.width() * std::hypot(user.a, user.b)) : 1;
     const int rows = toPixels ? reduction(image.height, rect.height() * std::hypot(user.c, user.d)) : 1;

@@ -123,6 +123,8 @@ private:
     void setSource(const Source& source);
     void setOperator();
     [[nodiscard]] Box affected(const Box& painted) const;
+    [[nodiscard]] bool mustFade(const Source& source) const;
+    void paintFaded(const Outline& outline, const Source& source);
     void paint(const FilledOutline& outline, const Source& source);
     void paint(const StrokedOutline& outline, const Source& source);
     void paint(const Outline& outline, const Source& source);

@@ -14,32 +14,21 @@ CGPath lines(std::initializer_list<layer_tree::Point> points) {
     return path;
 }
 
-CGTypes::Path shared(CGPath path) {
-    CGTypes::Path result;
-    static_cast<std::shared_ptr<const CGPath>&>(result) = std::make_shared<const CGPath>(std::move(path));
-    return result;
-}
-
 }  // namespace
 
 CGTypes::Path polygon(std::initializer_list<layer_tree::Point> corners) {
     CGPath path = lines(corners);
     path.close();
-    return shared(std::move(path));
+    return path;
 }
 
 CGTypes::Path rectangle(float x, float y, float width, float height) {
     return polygon({{x, y}, {x + width, y}, {x + width, y + height}, {x, y + height}});
 }
 
-CGTypes::Path polyline(std::initializer_list<layer_tree::Point> points) { return shared(lines(points)); }
+CGTypes::Path polyline(std::initializer_list<layer_tree::Point> points) { return lines(points); }
 
-CGTypes::Gradient gradient(CGColor first, CGColor last) {
-    CGTypes::Gradient result;
-    static_cast<std::shared_ptr<const CGGradient>&>(result) =
-        std::make_shared<const CGGradient>(CGGradient{{{0, first}, {1, last}}});
-    return result;
-}
+CGTypes::Gradient gradient(CGColor first, CGColor last) { return CGGradient{{{0, first}, {1, last}}}; }
 
 CGTypes::Pattern pattern(layer_tree::Rect bounds, std::initializer_list<C> contents) {
     return std::make_shared<const CGTransformingPattern>(CGTransformingPattern{bounds, contents});

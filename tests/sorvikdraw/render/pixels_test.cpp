@@ -273,8 +273,7 @@ TEST(Bands, MakeNoDifference) {
         curve.move(at(0));
         curve.cubic(at(1), at(2), at(3));
         curve.line(at(4));
-        CGTypes::Path path;
-        static_cast<std::shared_ptr<const CGPath>&>(path) = std::make_shared<const CGPath>(curve);
+        const CGTypes::Path path = curve;
         const CGCommands one[] = {
             {fill(path)},
             {setLine(static_cast<float>(i % 7) + 0.4F), stroke(path)},

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "sorvikdraw/dom/printable_text.h"
 #include "sorvikdraw/tool/error.h"
-#include "sorvikdraw/tool/printable_text.h"
 #include "sorvikdraw/tool/process_image.h"
 
 namespace {
@@ -41,8 +41,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         require(!configuration.size || (configuration.size->width > 0 && configuration.size->height > 0));
         (void)makeImageInsets(configuration.insets);
     } catch (const Error& error) {
-        const std::string line = printable(error.what());
-        require(!line.empty() && line.find('\n') == std::string::npos && printable(line) == line);
+        constexpr std::size_t most = 1000;
+        const std::string line = sorvik::draw::printable(error.what(), most);
+        require(!line.empty() && sorvik::draw::printable(line, most) == line);
     }
     return 0;
 }

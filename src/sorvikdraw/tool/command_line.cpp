@@ -5,6 +5,7 @@
 #include <string>
 #include <system_error>
 
+#include "sorvikdraw/dom/printable_text.h"
 #include "sorvikdraw/dom/scanner.h"
 #include "sorvikdraw/tool/error.h"
 #include "sorvikdraw/tool/modifier.h"
@@ -17,6 +18,12 @@ using OptionalText = std::optional<std::string_view>;
 
 constexpr std::string_view helpHint = "; --help tells more";
 constexpr std::size_t firstModifier = 2;
+
+/// An argument as it stands in a sentence: there is no end to what may be passed.
+std::string quoted(std::string_view argument) {
+    constexpr std::size_t longest = 100;
+    return printable(argument, longest);
+}
 
 /// With the modifier itself.
 constexpr std::size_t argumentCount(const ModifierRow& row) { return row.value.empty() ? 1 : 2; }
@@ -37,18 +44,18 @@ public:
 private:
     /// Takes the first modifier; how many arguments that was.
     std::size_t take(Arguments arguments) {
-        const std::string argument(arguments.front());
+        const std::string_view argument = arguments.front();
         const ModifierRow* row = findModifier(argument);
         if (row == nullptr) {
-            throw Error::invalid(argument + ": no such option" + std::string(helpHint));
+            throw Error::invalid(quoted(argument) + ": no such option" + std::string(helpHint));
         }
         const std::size_t count = argumentCount(*row);
         if (arguments.size() < count) {
-            throw Error::invalid(argument + ": needs a value behind it" + std::string(helpHint));
+            throw Error::invalid(std::string(argument) + ": needs a value behind it" + std::string(helpHint));
         }
         OptionalText& value = values_.at(static_cast<std::size_t>(row->modifier));
         if (value) {
-            throw Error::invalid(argument + ": given twice");
+            throw Error::invalid(std::string(argument) + ": given twice");
         }
         value = count == 2 ? arguments[1] : std::string_view();
         return count;
@@ -58,7 +65,7 @@ private:
 };
 
 Error badValue(std::string_view option, std::string_view value, const std::string& allowed) {
-    return Error::invalid(std::string(option) + " " + std::string(value) + ": expected " + allowed);
+    return Error::invalid(std::string(option) + " " + quoted(value) + ": expected " + allowed);
 }
 
 /// "a, b or c"

@@ -9,12 +9,13 @@
 #include <string>
 
 #include "codecs/descriptor_io.h"
+#include "sorvikdraw/dom/parsing_log.h"
+#include "sorvikdraw/dom/printable_text.h"
 #include "sorvikdraw/engine/drawing_error.h"
 #include "sorvikdraw/tool/command_line.h"
 #include "sorvikdraw/tool/error.h"
 #include "sorvikdraw/tool/help_text.h"
 #include "sorvikdraw/tool/output_file.h"
-#include "sorvikdraw/tool/printable_text.h"
 #include "sorvikdraw/tool/process_image.h"
 
 namespace sorvik::draw::command_line {
@@ -22,18 +23,11 @@ namespace {
 
 using Arguments = std::span<const std::string_view>;
 
-/// Needs no memory of its own: there may be none.
-void report(std::string_view line) noexcept {
-    try {
-        codecs::writeAll(STDERR_FILENO, std::as_bytes(std::span(line)));
-    } catch (...) {
-        return;  // what can't be told here can't be told anywhere; the exit status remains
-    }
-}
+constexpr std::size_t longestLine = 5000;  // characters; the longest path leaves room for what is said of it
 
 void reportSentence(std::string_view sentence) {
     if (!sentence.empty()) {
-        report("sorvikdraw: " + printable(sentence) + "\n");
+        StandardErrorStream::write("sorvikdraw: " + printable(sentence, longestLine) + "\n");
     }
 }
 
@@ -87,7 +81,7 @@ ExitStatus run(Arguments arguments) noexcept {
         try {
             reportCurrentException();
         } catch (...) {
-            report("sorvikdraw: out of memory\n");
+            StandardErrorStream::write("sorvikdraw: out of memory\n");
         }
         return ExitStatus::failed;
     }

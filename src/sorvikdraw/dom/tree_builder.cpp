@@ -113,9 +113,11 @@ std::span<const Attribute> TreeBuilder::copyAttributes(const char* const* attrib
     Attribute* const first = allocator.allocate(count);
     Attribute* next = first;
     for (const char* const* pair = attributes; *pair != nullptr; pair += 2) {
-        if (!declaresNamespace(pair[0])) {
-            spend(std::string_view(pair[1]).size());
-            std::construct_at(next++, attributeName(pair[0]), copy(pair[1]));
+        const std::string_view name = pair[0];
+        if (!declaresNamespace(name)) {
+            const std::string_view value = pair[1];
+            spend(value.size());
+            std::construct_at(next++, attributeName(name), copy(value));
         }
     }
     return {first, count};

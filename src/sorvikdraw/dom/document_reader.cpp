@@ -19,7 +19,7 @@ constexpr std::size_t entryBytes = 2 * sizeof(void*);
 constexpr std::size_t mapEntryBytes = 80;
 // Charged for an element that is looked at, even if nothing is kept of it: an "svg" reads what the ones inside it have
 // read already, and twice that where it stands among definitions.
-constexpr std::size_t stepBytes = 8;
+constexpr std::size_t stepBytes = 16;
 
 /// Does something for `element`; an error then tells where that is.
 template <typename Action>

@@ -4,6 +4,9 @@
 #include <pango/pangoft2.h>
 
 #include <algorithm>
+#include <memory>
+#include <utility>
+#include <vector>
 
 #include "sorvikdraw/text/font_families.h"
 
@@ -20,10 +23,8 @@ struct FreeDescription {
 struct FreeGlyphs {
     void operator()(PangoGlyphString* glyphs) const { pango_glyph_string_free(glyphs); }
 };
-struct FreeItems {
-    void operator()(GList* items) const {
-        g_list_free_full(items, [](gpointer item) { pango_item_free(static_cast<PangoItem*>(item)); });
-    }
+struct FreeItem {
+    void operator()(PangoItem* item) const { pango_item_free(item); }
 };
 struct FreeList {
     void operator()(GList* list) const { g_list_free(list); }
@@ -62,6 +63,53 @@ PangoDirection directionOf(const std::string& text) {
     return PANGO_DIRECTION_LTR;
 }
 
+using Items = std::vector<std::unique_ptr<PangoItem, FreeItem>>;
+
+// Long runs are cut, where there is a blank if possible: in a run of marks, each is compared with all before it.
+int lengthOfPiece(const std::string& text, const PangoItem& item) {
+    constexpr int longestPiece = 512;  // characters
+    if (item.num_chars <= longestPiece) {
+        return item.length;
+    }
+    const char* const begin = text.data() + item.offset;
+    const char* const end = g_utf8_offset_to_pointer(begin, longestPiece);
+    const char* const blank = g_strrstr_len(begin, end - begin, " ");
+    return static_cast<int>((blank == nullptr || blank == begin ? end : blank) - begin);
+}
+
+Items itemized(PangoContext* context, const std::string& text) {
+    const std::unique_ptr<PangoAttrList, FreeAttributes> noAttributes(pango_attr_list_new());
+    const std::unique_ptr<GList, FreeList> found(pango_itemize_with_base_dir(
+        context, directionOf(text), text.data(), 0, static_cast<int>(text.size()), noAttributes.get(), nullptr));
+    Items items;
+    for (const GList* each = found.get(); each != nullptr; each = each->next) {
+        std::unique_ptr<PangoItem, FreeItem> rest(static_cast<PangoItem*>(each->data));
+        for (int length = lengthOfPiece(text, *rest); length < rest->length; length = lengthOfPiece(text, *rest)) {
+            const char* const begin = text.data() + rest->offset;
+            const auto characters = static_cast<int>(g_utf8_pointer_to_offset(begin, begin + length));
+            items.emplace_back(pango_item_split(rest.get(), length, characters));
+        }
+        items.push_back(std::move(rest));
+    }
+    return items;
+}
+
+// Turns every stretch of items of a level or above it around, from the highest level down to the lowest odd one.
+void orderFromLeftToRight(Items& items) {
+    guint8 highest = 0;
+    for (const auto& item : items) {
+        highest = std::max(highest, item->analysis.level);
+    }
+    for (int level = highest; level > 0; --level) {
+        const auto isAbove = [level](const auto& item) { return item->analysis.level >= level; };
+        for (auto begin = std::ranges::find_if(items, isAbove); begin != items.end();) {
+            const auto end = std::find_if_not(begin, items.end(), isAbove);
+            std::reverse(begin, end);
+            begin = std::find_if(end, items.end(), isAbove);
+        }
+    }
+}
+
 }  // namespace
 
 LineSetter::LineSetter() : fontMap_(pango_ft2_font_map_new()), context_(pango_font_map_create_context(fontMap_.get())) {
@@ -83,13 +131,11 @@ Outline LineSetter::outline(std::string text, const std::string& families) const
 }
 
 void LineSetter::draw(Outline& outline, const std::string& text) const {
-    const std::unique_ptr<PangoAttrList, FreeAttributes> noAttributes(pango_attr_list_new());
-    const std::unique_ptr<GList, FreeItems> items(pango_itemize_with_base_dir(
-        context_.get(), directionOf(text), text.data(), 0, static_cast<int>(text.size()), noAttributes.get(), nullptr));
-    const std::unique_ptr<GList, FreeList> fromLeftToRight(pango_reorder_items(items.get()));
+    Items items = itemized(context_.get(), text);
+    orderFromLeftToRight(items);
     float x = 0;
-    for (const GList* item = fromLeftToRight.get(); item != nullptr && !outline.isTooLong(); item = item->next) {
-        x = draw(outline, text, *static_cast<const PangoItem*>(item->data), x);
+    for (auto item = items.begin(); item != items.end() && !outline.isTooLong(); ++item) {
+        x = draw(outline, text, **item, x);
     }
 }
 

@@ -39,7 +39,7 @@ fs::path withoutLink(const fs::path& output) {
     if (!fs::is_symlink(output, error)) {
         return output;
     }
-    const fs::path target = fs::canonical(output, error);
+    fs::path target = fs::canonical(output, error);
     if (error == std::errc::no_such_file_or_directory) {
         throw Error::invalid(output.string() + ": the output is a link to nothing");
     }

@@ -42,7 +42,7 @@ public:
     }
 
     [[nodiscard]] Rect rect() const {
-        if (!(minX_ <= maxX_ && minY_ <= maxY_)) {
+        if (minX_ > maxX_ || minY_ > maxY_) {
             return {};
         }
         return {{static_cast<float>(minX_), static_cast<float>(minY_)},
@@ -114,9 +114,7 @@ void CGPath::cubic(Point to, Point control1, Point control2) {
     add(to);
 }
 
-void CGPath::close() {
-    begin(Verb::close, 0);
-}
+void CGPath::close() { begin(Verb::close, 0); }
 
 void CGPath::append(const CGPath& other, const Matrix& transform) {
     const std::size_t points = other.pointCount_;

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <map>
 #include <memory>
 #include <optional>
+#include <ranges>
 #include <unordered_map>
 #include <utility>
 #include <variant>
@@ -42,9 +42,19 @@ public:
         : provider_(std::move(provider)), options_(options) {}
 
     /// Throws LimitError for a drawing beyond limits.h, and what the provider throws. The tree must outlive the
-    /// generator, since shapes that are seen again are known by their address.
+    /// generator, since values that are seen again are known by their address.
     [[nodiscard]] Commands makeCommands(const Tree& tree) {
-        return tree.root == nullptr ? Commands{} : makeCommands({tree.root}, DefaultColorConverter{});
+        if (tree.root == nullptr) {
+            return {};
+        }
+        beginList();
+        steps_.push_back(BeginLayer{tree.root, DefaultColorConverter{}});
+        while (!steps_.empty()) {
+            const RenderStep step = steps_.back();
+            steps_.pop_back();
+            std::visit([this](const auto& chosen) { this->perform(chosen); }, step);
+        }
+        return endList();
     }
 
 private:
@@ -66,22 +76,32 @@ private:
 
     // What is still to be done, the last first.
     struct BeginLayer {
-        const Layer* layer;
+        const Layer* layer = nullptr;
         ColorConverter converter;
     };
     struct Contents {
-        const Layer* layer;
-        std::size_t next;
+        const Layer* layer = nullptr;
+        std::size_t next = 0;
         ColorConverter converter;
     };
     struct BeginMask {
-        const Layer* mask;
+        const Layer* mask = nullptr;
     };
     struct EndMask {};
     struct EndLayer {
         CommandState state;
     };
-    using RenderStep = std::variant<BeginLayer, Contents, BeginMask, EndMask, EndLayer>;
+    struct EndPattern {
+        const Pattern* pattern = nullptr;
+        ColorConverter converter;
+    };
+    using RenderStep = std::variant<BeginLayer, Contents, BeginMask, EndMask, EndLayer, EndPattern>;
+
+    // A list that is being written: that of the drawing, or of a pattern that is needed within.
+    struct Output {
+        Commands commands;
+        CommandOptimizer<Types> optimizer;
+    };
 
     struct ShapeKey {
         const Shape* shape;
@@ -90,24 +110,9 @@ private:
     template <typename Definition>
     using ByDefinition = std::map<std::pair<const Definition*, std::size_t>, typename Types::Gradient>;
 
-    // MARK: layers
+    using PatternKey = std::pair<const Pattern*, std::size_t>;
 
-    Commands makeCommands(const std::vector<Layer*>& layers, ColorConverter converter) {
-        std::vector<RenderStep> outerSteps = std::exchange(steps_, {});
-        Commands outerCommands = std::exchange(commands_, {});
-        auto outerOptimizer = std::exchange(optimizer_, CommandOptimizer<Types>(options_.optimizer));
-        for (auto layer = layers.rbegin(); layer != layers.rend(); ++layer) {
-            steps_.push_back(BeginLayer{*layer, converter});
-        }
-        while (!steps_.empty()) {
-            const RenderStep step = steps_.back();
-            steps_.pop_back();
-            std::visit([this](const auto& chosen) { perform(chosen); }, step);
-        }
-        steps_ = std::move(outerSteps);
-        optimizer_ = std::move(outerOptimizer);
-        return std::exchange(commands_, std::move(outerCommands));
-    }
+    // MARK: layers
 
     void perform(const BeginLayer& step) {
         const Layer& layer = *step.layer;
@@ -139,11 +144,16 @@ private:
     }
 
     void perform(const Contents& step) {
-        const auto& contents = step.layer->contents;
-        if (step.next + 1 < contents.size()) {
+        const Layer::Contents& contents = step.layer->contents[step.next];
+        if (const Pattern* missing = missingPattern(contents, step.converter)) {
+            steps_.push_back(step);
+            beginPattern(*missing, step.converter);
+            return;
+        }
+        if (step.next + 1 < step.layer->contents.size()) {
             steps_.push_back(Contents{step.layer, step.next + 1, step.converter});
         }
-        std::visit(Drawing{*this, step.converter}, contents[step.next]);
+        std::visit(Drawing{*this, step.converter}, contents);
     }
 
     // What is painted under a mask stays as far as the mask's own layer is opaque.
@@ -177,7 +187,7 @@ private:
 
     void emitTransforms(const std::vector<Transform>& transforms) {
         for (const Transform& transform : transforms) {
-            std::visit([this](const auto& chosen) { emitTransform(chosen); }, transform);
+            std::visit([this](const auto& chosen) { this->emitTransform(chosen); }, transform);
         }
     }
     void emitTransform(const Matrix& matrix) { emit(typename Command::Concatenate{provider_.createTransform(matrix)}); }
@@ -219,8 +229,8 @@ private:
             return;
         }
         const Path path = this->path(contents.shape);
-        std::visit([&, this](const auto& paint) { fill(path, paint, fills, converter); }, fills.fill);
-        std::visit([&, this](const auto& paint) { stroke(path, paint, strokes, converter); }, strokes.color);
+        std::visit([&](const auto& paint) { this->fill(path, paint, fills, converter); }, fills.fill);
+        std::visit([&](const auto& paint) { this->stroke(path, paint, strokes, converter); }, strokes.color);
     }
 
     void fill(const Path& path, const Color& paint, const FillAttributes& attributes, const ColorConverter& converter) {
@@ -233,7 +243,7 @@ private:
 
     void fill(const Path& path, const std::shared_ptr<const Pattern>& paint, const FillAttributes& attributes,
               const ColorConverter& converter) {
-        emit(typename Command::SetFillPattern{pattern(*paint, converter)});
+        emit(typename Command::SetFillPattern{patterns_.at({paint.get(), converter.index()})});
         emit(typename Command::Fill{path, provider_.createFillRule(attributes.rule)});
     }
 
@@ -360,10 +370,12 @@ private:
     }
 
     const std::optional<typename Types::Image>& bitmap(const Bitmap& bitmap) {
-        const auto known = images_.find(bitmap.bytes.get());
-        return known != images_.end()
-                   ? known->second
-                   : images_.emplace(bitmap.bytes.get(), provider_.createImage(bitmap)).first->second;
+        const std::vector<std::byte>* identity = bitmap.bytes.get();
+        const auto [place, isNew] = images_.try_emplace(identity);
+        if (isNew) {
+            place->second = provider_.createImage(bitmap);
+        }
+        return place->second;
     }
 
     template <typename Definition>
@@ -387,32 +399,59 @@ private:
         }
     }
 
-    typename Types::Pattern pattern(const Pattern& definition, const ColorConverter& converter) {
-        const std::pair key{&definition, converter.index()};
-        if (const auto known = patterns_.find(key); known != patterns_.end()) {
-            return known->second;
+    // MARK: patterns
+
+    // The pattern that the contents are painted with, if its commands are not there yet.
+    [[nodiscard]] const Pattern* missingPattern(const Layer::Contents& contents,
+                                                const ColorConverter& converter) const {
+        const auto* shape = std::get_if<std::unique_ptr<Layer::ShapeContents>>(&contents);
+        if (shape == nullptr) {
+            return nullptr;
         }
-        if (++patternDepth_ > limits::expansionDepth) {
+        const auto* pattern = std::get_if<std::shared_ptr<const Pattern>>(&(*shape)->fill.fill);
+        if (pattern == nullptr || patterns_.contains({pattern->get(), converter.index()})) {
+            return nullptr;
+        }
+        return pattern->get();
+    }
+
+    void beginPattern(const Pattern& pattern, const ColorConverter& converter) {
+        if (outputs_.size() > limits::expansionDepth) {
             throw LimitError("patterns are nested too deeply");
         }
-        Commands contents = makeCommands(definition.contents, converter);
-        --patternDepth_;
-        return patterns_.emplace(key, provider_.createPattern(definition.frame, std::move(contents))).first->second;
+        beginList();
+        steps_.push_back(EndPattern{&pattern, converter});
+        for (const Layer* layer : std::views::reverse(pattern.contents)) {
+            steps_.push_back(BeginLayer{layer, converter});
+        }
+    }
+
+    void perform(const EndPattern& step) {
+        patterns_.emplace(PatternKey(step.pattern, step.converter.index()),
+                          provider_.createPattern(step.pattern->frame, endList()));
     }
 
     // MARK: output
+
+    void beginList() { outputs_.push_back({{}, CommandOptimizer<Types>(options_.optimizer)}); }
+
+    Commands endList() {
+        Commands commands = std::move(outputs_.back().commands);
+        outputs_.pop_back();
+        return commands;
+    }
 
     template <typename Arguments>
     void emit(Arguments arguments) {
         spend(1);
         Command command{std::move(arguments)};
-        if (!optimizer_.keeps(command)) {
+        if (!outputs_.back().optimizer.keeps(command)) {
             return;
         }
         if (++kept_ > limits::commands) {
             throw LimitError("the drawing takes too many steps");
         }
-        commands_.push_back(std::move(command));
+        outputs_.back().commands.push_back(std::move(command));
     }
 
     // Counts what is done, since layers that stand in many places can ask for work without end and emit nothing.
@@ -429,18 +468,16 @@ private:
     bool hasLoggedGradientWarning_ = false;
 
     std::vector<RenderStep> steps_;
-    Commands commands_;
-    CommandOptimizer<Types> optimizer_;
+    std::vector<Output> outputs_;  // the one that is written last
     std::size_t kept_ = 0;
     std::size_t work_ = 0;
-    std::size_t patternDepth_ = 0;
 
     RecentCache<ShapeKey, Path, 1024> paths_;
     std::unordered_map<const std::vector<ClipShape>*, Path> clipPaths_;
-    std::unordered_map<const void*, std::optional<typename Types::Image>> images_;
+    std::unordered_map<const std::vector<std::byte>*, std::optional<typename Types::Image>> images_;
     ByDefinition<LinearGradient> linearGradients_;  // by definition and colour converter, as are those below
     ByDefinition<RadialGradient> radialGradients_;
-    std::map<std::pair<const Pattern*, std::size_t>, typename Types::Pattern> patterns_;
+    std::map<PatternKey, typename Types::Pattern> patterns_;
 };
 
 }  // namespace sorvik::draw::layer_tree

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstdint>
+#include <functional>
 #include <set>
 #include <unordered_set>
 #include <utility>
@@ -12,32 +13,36 @@
 namespace sorvik::draw {
 namespace {
 
-// Recursion goes as deep as patterns stand in patterns, which limits.h bounds.
 class Equality {
 public:
     bool equal(const CGCommands& a, const CGCommands& b) {
-        return std::ranges::equal(a, b, [this](const CGCommand& left, const CGCommand& right) {
-            const auto* leftFill = std::get_if<CGCommand::SetFillPattern>(&left.value);
-            const auto* rightFill = std::get_if<CGCommand::SetFillPattern>(&right.value);
-            return leftFill != nullptr && rightFill != nullptr ? equal(*leftFill->pattern, *rightFill->pattern)
-                                                               : left == right;
-        });
-    }
-
-private:
-    bool equal(const CGTransformingPattern& a, const CGTransformingPattern& b) {
-        const std::pair pair(&a, &b);
-        if (&a == &b || equals_.contains(pair)) {
-            return true;
+        pending_.emplace_back(&a, &b);
+        while (!pending_.empty()) {
+            const auto [left, right] = pending_.back();
+            pending_.pop_back();
+            if (!std::ranges::equal(*left, *right, std::bind_front(&Equality::mayBeEqual, this))) {
+                return false;
+            }
         }
-        if (a.bounds != b.bounds || !equal(a.contents, b.contents)) {
-            return false;
-        }
-        equals_.insert(pair);
         return true;
     }
 
-    std::set<std::pair<const CGTransformingPattern*, const CGTransformingPattern*>> equals_;
+private:
+    // The contents of patterns are left for later.
+    bool mayBeEqual(const CGCommand& a, const CGCommand& b) {
+        const auto* left = std::get_if<CGCommand::SetFillPattern>(&a.value);
+        const auto* right = std::get_if<CGCommand::SetFillPattern>(&b.value);
+        if (left == nullptr || right == nullptr) {
+            return a == b;
+        }
+        if (left->pattern != right->pattern && seen_.emplace(left->pattern.get(), right->pattern.get()).second) {
+            pending_.emplace_back(&left->pattern->contents, &right->pattern->contents);
+        }
+        return left->pattern->bounds == right->pattern->bounds;
+    }
+
+    std::vector<std::pair<const CGCommands*, const CGCommands*>> pending_;
+    std::set<std::pair<const CGTransformingPattern*, const CGTransformingPattern*>> seen_;
 };
 
 class Hash {
@@ -61,16 +66,18 @@ class MemoryUse {
 public:
     explicit MemoryUse(std::size_t enough) : enough_(enough) {}
 
-    void add(const CGCommands& commands) {
-        for (const CGCommand& command : commands) {
-            if (bytes_ > enough_) {
-                return;
+    std::size_t of(const CGCommands& commands) {
+        pending_.push_back(&commands);
+        while (!pending_.empty()) {
+            const CGCommands& next = *pending_.back();
+            pending_.pop_back();
+            for (auto command = next.begin(); command != next.end() && bytes_ <= enough_; ++command) {
+                bytes_ += sizeof(CGCommand);
+                std::visit(*this, command->value);
             }
-            bytes_ += sizeof(CGCommand);
-            std::visit(*this, command.value);
         }
+        return bytes_;
     }
-    [[nodiscard]] std::size_t bytes() const { return bytes_; }
 
     void operator()(const CGCommand::Concatenate&) {}
     void operator()(const CGCommand::Translate&) {}
@@ -79,7 +86,7 @@ public:
     void operator()(const CGCommand::SetFill&) {}
     void operator()(const CGCommand::SetFillPattern& c) {
         if (isNew(c.pattern.get())) {
-            add(c.pattern->contents);
+            pending_.push_back(&c.pattern->contents);
         }
     }
     void operator()(const CGCommand::SetStroke&) {}
@@ -123,6 +130,7 @@ private:
 
     std::size_t enough_;
     std::size_t bytes_ = 0;
+    std::vector<const CGCommands*> pending_;
     std::unordered_set<const void*> seen_;
 };
 
@@ -147,10 +155,6 @@ std::size_t hash(const CGCommands& commands) {
     return hash.value();
 }
 
-std::size_t memoryUse(const CGCommands& commands, std::size_t enough) {
-    MemoryUse use(enough);
-    use.add(commands);
-    return use.bytes();
-}
+std::size_t memoryUse(const CGCommands& commands, std::size_t enough) { return MemoryUse(enough).of(commands); }
 
 }  // namespace sorvik::draw

@@ -1,7 +1,8 @@
 // The stages of a drawing, from bytes to a PNG, each by itself over a folder of small files, beside librsvg in the same
 // process.
 //
-// usage: stages_benchmark [FOLDER] [--benchmark_...]
+// usage: stages_benchmark [FOLDER] [--benchmark_...] 2>/dev/null
+//        (what is wrong with a drawing is said on standard error each time)
 
 #include <benchmark/benchmark.h>
 #include <cairo.h>

@@ -25,6 +25,8 @@ inline constexpr std::size_t expansionDepth = 64;     ///< of them inside each o
 /// Of memory for what is to be drawn, with all that the layers refer to by name: an id can be long and used often.
 inline constexpr std::size_t layerBytes = 200U << 20U;
 inline constexpr std::size_t textCharacters = 100'000;  ///< of one text
+/// Of all texts of a document as they are measured: points of their outlines, and something for each text and letter.
+inline constexpr std::size_t textWork = 40'000'000;
 inline constexpr std::size_t fontFamilies = 256;        ///< that the texts of a document ask for
 inline constexpr std::size_t commands = 3'000'000;    ///< of one drawing
 inline constexpr std::size_t drawnPoints = 10'000'000;  ///< of all the different paths of a drawing

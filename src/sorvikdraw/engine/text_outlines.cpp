@@ -35,7 +35,10 @@ std::filesystem::path modulePath() {
         return beside;
     }
     const char* const bundle = std::getenv("SORVIK_BUNDLE");
-    return std::filesystem::path(bundle == nullptr ? "" : bundle) / "Contents" / "Resources" / moduleName;
+    if (bundle == nullptr || *bundle == '\0') {
+        throw DrawingError("text can't be drawn: " + std::string(moduleName) + " is missing");
+    }
+    return std::filesystem::path(bundle) / "Contents" / "Resources" / moduleName;
 }
 
 // Stays loaded to the end.

@@ -13,6 +13,11 @@
 namespace sorvik::draw::layer_tree {
 namespace {
 
+// What takes as long as a point of an outline.
+constexpr std::size_t workOfText = 400;
+constexpr std::size_t workOfLetter = 4;
+constexpr std::size_t pointsOfSegment = 2;  // on an average
+
 // How far a path reaches along x; the curve itself counts, not its control points.
 class Extent {
 public:
@@ -87,7 +92,12 @@ float TextPlacement::offset(const std::string& text, const TextAttributes& attri
     if (families_.size() > limits::fontFamilies) {
         throw LimitError("more than " + std::to_string(limits::fontFamilies) + " different fonts");
     }
-    return offsetForAnchor(textOutline(text, attributes.fontName, attributes.size), attributes.anchor);
+    const Path outline = textOutline(text, attributes.fontName, attributes.size);
+    work_ += workOfText + workOfLetter * text.size() + pointsOfSegment * outline.segments.size();
+    if (work_ > limits::textWork) {
+        throw LimitError("too large: it holds more text than can be drawn");
+    }
+    return offsetForAnchor(outline, attributes.anchor);
 }
 
 }  // namespace sorvik::draw::layer_tree

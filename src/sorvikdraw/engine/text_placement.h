@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <unordered_set>
 
@@ -18,6 +19,7 @@ public:
 
 private:
     std::unordered_set<std::string> families_;  // a few hundred at most
+    std::size_t work_ = 0;
 };
 
 }  // namespace sorvik::draw::layer_tree

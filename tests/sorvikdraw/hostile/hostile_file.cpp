@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <thread>
 
 #include "png_pixels.h"
 #include "program_run.h"
@@ -13,11 +14,16 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr double mostSeconds = 5;
+constexpr double mostSecondsOfDrawing = 3;
 constexpr long mostKilobytes = 512 * 1024;
 constexpr std::uint64_t mostPixelsLookedAt = 16'000'000;
 constexpr Pixel lime{0, 255, 0, 255};
 
-void writeContents(const HostileFile& file, const fs::path& path) { writeFile(path, file.contents()); }
+/// Pictures are drawn in bands, one for each processor, at the same time.
+double mostProcessorSeconds(std::string_view format) {
+    const unsigned others = std::max(std::thread::hardware_concurrency(), 1U) - 1;
+    return format == "png" ? mostSeconds + mostSecondsOfDrawing * others : mostSeconds;
+}
 
 bool isClearLine(std::string_view line) {
     return line.size() > 8 && line.size() < 400 &&
@@ -37,7 +43,7 @@ void expectComplaint(std::string_view error, std::string_view complaint) {
     EXPECT_TRUE(lines == 1 || lines == 2) << lines << " lines";
 }
 
-void expectPicture(const fs::path& picture) {
+void expectPicture(const fs::path& picture, bool marked) {
     const std::optional<Pixels> size = readPngSize(picture);
     ASSERT_TRUE(size);
     if (std::uint64_t{size->width} * size->height > mostPixelsLookedAt) {
@@ -45,7 +51,9 @@ void expectPicture(const fs::path& picture) {
     }
     const std::optional<Pixels> pixels = readPng(picture);
     ASSERT_TRUE(pixels);
-    EXPECT_EQ(pixels->at(size->width * 95 / 100, size->height * 95 / 100), lime) << "the end is not drawn";
+    if (marked) {
+        EXPECT_EQ(pixels->at(size->width * 95 / 100, size->height * 95 / 100), lime) << "the end is not drawn";
+    }
 }
 
 void expectPage(const fs::path& page) {
@@ -54,23 +62,39 @@ void expectPage(const fs::path& page) {
     EXPECT_NE(contents.rfind("%%EOF"), std::string::npos);
 }
 
+bool mayEnd(End end, std::string_view format, bool drawn) {
+    switch (end) {
+        case End::drawn:
+            return drawn;
+        case End::refused:
+            return !drawn;
+        case End::noPicture:
+            return !drawn || format == "pdf";
+        case End::either:
+            return true;
+    }
+    return false;
+}
+
 void expectEnd(const HostileFile& file, const std::string& format) {
     const Folder folder;
     const fs::path input = folder / "hostile.svg";
     const fs::path output = folder / "output";
-    writeContents(file, input);
+    writeFile(input, file.contents());
     std::vector<std::string> arguments{input, "--format", format, "--output", output};
     if (!file.size.empty()) {
         arguments.insert(arguments.end(), {"--size", std::string(file.size)});
     }
     const ProgramRun run = runProgram(drawingTool(), arguments);
 
-    EXPECT_LT(run.processorSeconds, mostSeconds);
+    EXPECT_LT(run.processorSeconds, mostProcessorSeconds(format));
     EXPECT_LT(run.peakKilobytes, mostKilobytes);
-    ASSERT_TRUE(file.end == End::either || (run.status == 0) == (file.end == End::drawn))
+    EXPECT_TRUE(mayEnd(file.end, format, run.status == 0))
         << "status " << run.status << " " << run.error.substr(0, 2000);
-    if (run.status == 0) {
-        format == "png" ? expectPicture(output) : expectPage(output);
+    if (run.status == 0 && format == "png") {
+        expectPicture(output, file.marked);
+    } else if (run.status == 0) {
+        expectPage(output);
     } else {
         EXPECT_LT(run.status, 64) << "a signal, or stopped";
         EXPECT_FALSE(fs::exists(output));

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <ostream>
 #include <string>
 #include <string_view>
 
@@ -9,9 +11,10 @@ namespace sorvik::draw::test {
 
 /// How the tool must end.
 enum class End {
-    drawn,    ///< a picture and status 0
-    refused,  ///< a line or two on standard error, no output and another status
-    either,   ///< one of the two
+    drawn,      ///< a picture and status 0
+    refused,    ///< a line or two on standard error, no output and another status
+    noPicture,  ///< refused where pixels are counted, one of the two as PDF
+    either,     ///< one of the two
 };
 
 /// One drawing that means no good.
@@ -21,14 +24,17 @@ struct HostileFile {
     std::string (*contents)() = nullptr;
     std::string_view size = {};       ///< the value of --size
     std::string_view complaint = {};  ///< stands in what is said about a refused one
+    bool marked = true;               ///< false where the marker is out of sight
 };
+
+inline void PrintTo(const HostileFile& file, std::ostream* out) { *out << file.name; }
 
 /// A drawing 100 wide and high that ends in the marker, so that a picture can be told to be complete.
 std::string document(std::string_view body);
 std::string documentWith(std::string_view rootAttributes, std::string_view body);
 
 /// A lime square in the last corner of a hundred user units.
-inline constexpr std::string_view marker = R"(<rect x="90" y="90" width="10" height="10" fill="#0f0"/>)";
+inline constexpr std::string_view marker = R"(<rect x="90" y="90" width="10" height="10" style="fill:#0f0"/>)";
 
 std::string repeated(std::string_view text, std::size_t times);
 

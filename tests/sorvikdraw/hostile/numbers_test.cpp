@@ -33,8 +33,8 @@ constexpr char viewBoxOfFive[] = R"(width="100" height="100" viewBox="0 0 10 10 
 
 constexpr std::array roots = {
     HostileFile{"Side32767", End::drawn, rootWith<side32767>},
-    HostileFile{"Side32768", End::refused, rootWith<side32768>},
-    HostileFile{"SidesOf32767", End::refused, rootWith<sidesOf32767>},
+    HostileFile{"Side32768", End::noPicture, rootWith<side32768>},
+    HostileFile{"SidesOf32767", End::noPicture, rootWith<sidesOf32767>},
     HostileFile{"SidesOf9000", End::drawn, rootWith<sidesOf9000>},
     HostileFile{"Zero", End::refused, rootWith<zero>},
     HostileFile{"ZeroByTruncation", End::refused, rootWith<zeroByTruncation>},
@@ -45,11 +45,11 @@ constexpr std::array roots = {
     HostileFile{"Infinite", End::refused, rootWith<infinite>},
     HostileFile{"Overflowing", End::refused, rootWith<overflowing>},
     HostileFile{"NoSize", End::refused, rootWith<noSize>, {}, "width"},
-    HostileFile{"ViewBoxOfZero", End::either, rootWith<viewBoxOfZero>},
-    HostileFile{"ViewBoxNegative", End::either, rootWith<viewBoxNegative>},
+    HostileFile{"ViewBoxOfZero", End::either, rootWith<viewBoxOfZero>, {}, {}, false},
+    HostileFile{"ViewBoxNegative", End::either, rootWith<viewBoxNegative>, {}, {}, false},
     HostileFile{"ViewBoxOfNaN", End::refused, rootWith<viewBoxOfNaN>},
-    HostileFile{"ViewBoxTiny", End::either, rootWith<viewBoxTiny>},
-    HostileFile{"ViewBoxHuge", End::either, rootWith<viewBoxHuge>},
+    HostileFile{"ViewBoxTiny", End::either, rootWith<viewBoxTiny>, {}, {}, false},
+    HostileFile{"ViewBoxHuge", End::either, rootWith<viewBoxHuge>, {}, {}, false},
     HostileFile{"ViewBoxOfThree", End::refused, rootWith<viewBoxOfThree>},
     HostileFile{"ViewBoxOfFive", End::refused, rootWith<viewBoxOfFive>},
 };
@@ -61,8 +61,8 @@ constexpr std::array canvases = {
     HostileFile{"Small", End::drawn, rootWith<ordinary>, "20x20"},
     HostileFile{"Widest", End::drawn, rootWith<ordinary>, "32767x20"},
     HostileFile{"Highest", End::drawn, rootWith<ordinary>, "20x32767"},
-    HostileFile{"TooWide", End::refused, rootWith<ordinary>, "32768x20"},
-    HostileFile{"TooManyPixels", End::refused, rootWith<ordinary>, "32767x32767"},
+    HostileFile{"TooWide", End::noPicture, rootWith<ordinary>, "32768x20"},
+    HostileFile{"TooManyPixels", End::noPicture, rootWith<ordinary>, "32767x32767"},
     HostileFile{"LargestIntegers", End::refused, rootWith<ordinary>, "2147483647x2147483647"},
     HostileFile{"BeyondIntegers", End::refused, rootWith<ordinary>, "4294967297x5"},
 };

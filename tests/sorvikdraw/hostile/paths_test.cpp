@@ -104,7 +104,7 @@ constexpr std::array paths = {
     HostileFile{"CrossingGradientStroke", End::either, crossingGradientStroke},
     HostileFile{"WideRoundPen", End::either, wideRoundPen},
     HostileFile{"Dashes", End::drawn, dashes},
-    HostileFile{"ManyDashes", End::drawn, manyDashes},
+    HostileFile{"ManyDashes", End::either, manyDashes},
     HostileFile{"HugeArcs", End::either, hugeArcs},
     HostileFile{"Arcs", End::either, arcs},
     HostileFile{"SmoothCurves", End::either, smoothCurves},

@@ -3,6 +3,7 @@
 
 #include "sorvikdraw/dom/limits.h"
 #include "sorvikdraw/engine/cg_renderer.h"
+#include "sorvikdraw/engine/stroke_pieces.h"
 
 // How the renderer brings paint into its context.
 namespace sorvik::draw {
@@ -10,21 +11,25 @@ namespace {
 
 // Guesses in nanoseconds, on the high side.
 constexpr double pointCost = 40;
-constexpr double strokedPointCost = 400;
-constexpr double edgeRowCost = 60;
+constexpr double clipCost = 1e5;  // at worst
+constexpr double edgeRowCost = 150;
+constexpr double crowdCost = 0.07;
 constexpr double stopCost = 0.3;  // for each pixel, of gradients with many stops
 constexpr std::size_t fewStops = 16;
+constexpr std::size_t pointsOfStop = 50;  // that cost a document as much
 constexpr std::size_t fewPoints = 500;
 
 // Dearer paintings are done piece by piece, with looks at the clock in between.
 constexpr double longestPiece = 2e8;
+// Beyond it edges are smoothed with fewer steps, in a third of the time.
+constexpr double dearFill = 1e9;
+
+constexpr double largestMask = 4e6;  // pixels
 
 // With more pixels than this to a side, a tile is made coarser than the canvas.
 constexpr double largestTileSide = 4096;
 // So few repetitions are drawn one by one, as sharp as anything else.
 constexpr double fewTiles = 4;
-// Tiles of documents are measured in parts of a point, since their sides are whole numbers.
-constexpr double vectorFineness = 16;
 constexpr int deepestPattern = static_cast<int>(limits::expansionDepth);
 
 cairo_operator_t cairoOperator(BlendMode mode, Medium medium) {
@@ -40,10 +45,15 @@ cairo_operator_t cairoOperator(BlendMode mode, Medium medium) {
     return CAIRO_OPERATOR_OVER;
 }
 
-double pathCost(const CGPath& path, const Affine& toDevice, const Box& visible, double perPoint) {
+// The more edges a row of pixels crosses, the longer each of them takes.
+double fillCost(const CGPath& path, const Affine& toDevice, const Box& visible) {
     const std::size_t points = path.points().size();
-    const double cost = static_cast<double>(points) * perPoint;
-    return points <= fewPoints ? cost : cost + edgeRows(path, toDevice, visible) * edgeRowCost;
+    const double cost = static_cast<double>(points) * pointCost;
+    if (points <= fewPoints) {
+        return cost;
+    }
+    const double rows = edgeRows(path, toDevice, visible);
+    return cost + rows * (edgeRowCost + rows / std::max(visible.height(), 1.0) * crowdCost);
 }
 
 // Which repetitions of a tile touch a box in the pattern's space.
@@ -103,7 +113,7 @@ Box CGRenderer::affected(const Box& painted) const {
 
 template <typename Act>
 void CGRenderer::inSlices(const Box& visible, double cost, Act act) {
-    workshop_.clock().spend(cost);
+    workshop_.clock().spend(cost + levels_.back().clips * clipCost);
     if (cost <= longestPiece || workshop_.medium() == Medium::vector) {
         act();
         return;
@@ -148,9 +158,13 @@ void CGRenderer::paint(const FilledOutline& outline, const Source& source) {
         clearClip();
         return;
     }
-    const double cost = pathCost(*outline.path, outline.user, visible, pointCost) + visible.area() * source.pixelCost;
+    workshop_.record(outline.path->points().size());
+    double cost = fillCost(*outline.path, outline.user, visible);
+    const bool dear = cost > dearFill;
+    cost = (dear ? cost / 3 : cost) + visible.area() * source.pixelCost;
     setSource(source);
     setOperator();
+    cairo_set_antialias(ctx_, dear ? CAIRO_ANTIALIAS_FAST : CAIRO_ANTIALIAS_DEFAULT);
     inSlices(visible, cost, [&] {
         addFilledPath(ctx_, *outline.path, outline.user, box);
         cairo_set_fill_rule(ctx_, cairoRule(outline.rule));
@@ -166,32 +180,49 @@ void CGRenderer::paint(const FilledOutline& outline, const Source& source) {
 }
 
 void CGRenderer::paint(const StrokedOutline& outline, const Source& source) {
-    const Box hull = outline.user.invertible() ? hullOf(*outline.path).grown(reachOf(outline.line)) : Box{};
-    const Box visible = affected(hull.isNowhere() ? hull : outline.user * hull);
+    const Box hull = outline.user.invertible() ? hullOf(*outline.path) : Box{};
+    const bool shows = !hull.isNowhere() && isVisible(outline.line, outline.user);
+    const Box visible = affected(shows ? outline.user * hull.grown(reachOf(outline.line)) : Box{});
     if (!visible.hasArea()) {
+        return;
+    }
+    if (!shows) {
+        clearClip();
+        return;
+    }
+    workshop_.record(outline.path->points().size());
+    const double cost = strokeCost(*outline.path, outline.user, outline.line, visible);
+    if (cost > longestPiece && workshop_.medium() == Medium::raster) {
+        paintInPieces(outline, source, visible.rounded());
         return;
     }
     setSource(source);
     setOperator();
-    if (!prepareStroke(ctx_, outline.line, outline.user)) {
-        cairo_identity_matrix(ctx_);
-        if (state().blend == BlendMode::destinationIn) {
-            clearClip();
-        }
-        return;
-    }
-    cairo_matrix_t pen;
-    cairo_get_matrix(ctx_, &pen);
-    const Box pathBox = outline.user * hullOf(*outline.path);
-    const double cost =
-        pathCost(*outline.path, outline.user, visible, strokedPointCost) + visible.area() * source.pixelCost;
-    inSlices(visible, cost, [&] {
-        cairo_identity_matrix(ctx_);
-        addStrokedPath(ctx_, *outline.path, outline.user, pathBox, outline.line);
-        cairo_set_matrix(ctx_, &pen);
-        cairo_stroke(ctx_);
+    inSlices(visible, cost + visible.area() * source.pixelCost, [&] {
+        addStrokedPath(ctx_, *outline.path, outline.user, outline.user * hull, outline.line);
+        strokeAdded(ctx_, outline.line, outline.user);
     });
-    cairo_identity_matrix(ctx_);
+}
+
+// As one piece, such a stroke could take minutes and gigabytes. The pieces make a mask together.
+void CGRenderer::paintInPieces(const StrokedOutline& outline, const Source& source, const Box& visible) {
+    setSource(source);
+    setOperator();
+    const double rows = std::ceil(largestMask / visible.width());
+    for (double top = visible.top; top < visible.bottom; top += rows) {
+        const Box slice{visible.left, top, visible.right, std::min(top + rows, visible.bottom)};
+        const Workshop::Target mask = workshop_.makeTarget(slice);
+        forEachStrokePiece(*outline.path, outline.user, outline.line, slice, longestPiece, [&](const CGPath& piece) {
+            addStrokedPath(mask.context.get(), piece, outline.user, outline.user * hullOf(piece), outline.line);
+            strokeAdded(mask.context.get(), outline.line, outline.user);
+            workshop_.clock().look();
+        });
+        cairo_save(ctx_);
+        cairo_rectangle(ctx_, slice.left, slice.top, slice.width(), slice.height());
+        cairo_clip(ctx_);
+        cairo_mask_surface(ctx_, mask.surface.get(), 0, 0);
+        cairo_restore(ctx_);
+    }
 }
 
 void CGRenderer::paint(const Outline& outline, const Source& source) {
@@ -229,6 +260,7 @@ void CGRenderer::paintGradient(PatternHandle gradient, std::size_t stops) {
     if (!gradient) {
         return;
     }
+    workshop_.record(stops * pointsOfStop);
     const double manyStops = stops > fewStops ? static_cast<double>(stops) * stopCost : 0;
     paint(state().pendingClip, Source{.pattern = gradient.get(), .pixelCost = 5 + manyStops});
 }
@@ -292,9 +324,11 @@ void CGRenderer::paintPattern(const FilledOutline& outline, const CGTransforming
         popLevel();
         return;
     }
-    const double fineness = workshop_.medium() == Medium::raster ? 1 : vectorFineness;
-    const int columns = pixelsOf(width * fineness);
-    const int rows = pixelsOf(height * fineness);
+    // The sides of a document's tile are whole numbers, too, but of no certain unit.
+    const bool toPixels = workshop_.medium() == Medium::raster;
+    const double unit = largestTileSide / std::max(tile.width(), tile.height());
+    const int columns = pixelsOf(toPixels ? width : tile.width() * unit);
+    const int rows = pixelsOf(toPixels ? height : tile.height() * unit);
     const PatternHandle source(cairo_pattern_create_for_surface(workshop_.tile(pattern, columns, rows, depth_ + 1)));
     const Affine toTile = Affine::scaling(columns / tile.width(), rows / tile.height()) *
                           Affine::translation(-tile.left, -tile.top) * user.inverse();

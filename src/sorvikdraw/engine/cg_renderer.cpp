@@ -12,7 +12,9 @@ namespace {
 constexpr double commandCost = 100;  // nanoseconds
 
 // Clips with more points take long to be cut with each path that is painted; the layer for one costs less.
-constexpr std::size_t simplePath = 2000;
+constexpr std::size_t simplePath = 60;
+// So many clips in each other, too, take longer than a layer.
+constexpr int mostClips = 32;
 
 Affine matrixOf(cairo_t* context) {
     cairo_matrix_t m;
@@ -187,6 +189,7 @@ void CGRenderer::checkContext() const {
 void CGRenderer::pushLevel(Kind kind) {
     Level level;
     level.state = state();
+    level.clips = levels_.back().clips;
     level.kind = kind;
     levels_.push_back(std::move(level));
 }
@@ -194,6 +197,7 @@ void CGRenderer::pushLevel(Kind kind) {
 void CGRenderer::pushTarget(Kind kind, const Box& box) {
     Workshop::Target target = workshop_.makeTarget(box);
     pushLevel(kind);
+    levels_.back().clips = 0;
     state().clip = box;
     state().pendingClip = {};
     levels_.back().below = std::exchange(ctx_, target.context.get());
@@ -300,15 +304,17 @@ void CGRenderer::settleClip() {
         return;
     }
     const auto* filled = std::get_if<FilledOutline>(&outline);
-    if (filled == nullptr || filled->path->points().size() > simplePath) {
+    Level& level = levels_.back();
+    if (filled == nullptr || filled->path->points().size() > simplePath || level.clips >= mostClips) {
         pushTarget(Kind::outline, state().clip.rounded());
         levels_.back().outline = outline;
         return;
     }
-    if (!levels_.back().saved) {
+    if (!level.saved) {
         save();
-        levels_.back().saved = true;
+        level.saved = true;
     }
+    ++level.clips;
     addFilledPath(ctx_, *filled->path, filled->user, filled->user * hullOf(*filled->path));
     cairo_set_fill_rule(ctx_, cairoRule(filled->rule));
     cairo_clip(ctx_);

@@ -94,6 +94,7 @@ private:
         State state;
         Kind kind = Kind::state;
         bool saved = false;  ///< the context's state too
+        int clips = 0;       ///< in force in the context
         // Of layers and outlines:
         Workshop::Target target;
         cairo_t* below = nullptr;
@@ -127,6 +128,7 @@ private:
     void paintFaded(const Outline& outline, const Source& source);
     void paint(const FilledOutline& outline, const Source& source);
     void paint(const StrokedOutline& outline, const Source& source);
+    void paintInPieces(const StrokedOutline& outline, const Source& source, const Box& visible);
     void paint(const Outline& outline, const Source& source);
     void paintAll(const Source& source);
     void paintGradient(PatternHandle gradient, std::size_t stops);

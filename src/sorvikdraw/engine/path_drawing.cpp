@@ -20,6 +20,8 @@ constexpr double farthestCorner = 6 * reach;
 
 // The context's measure of how round a pen is; wide pens need no more corners than this keeps.
 constexpr double tolerance = 0.1;
+constexpr double thinnestPen = 2e-4;  // pixels
+constexpr double flattestPen = 1e-5;  // its least width to its greatest
 constexpr double toleranceOfWidePens = 1e-4;
 
 constexpr std::size_t pointsOf(Verb verb) {
@@ -279,16 +281,16 @@ void addStrokedPath(cairo_t* context, const CGPath& path, const Affine& toDevice
     }
 }
 
-bool prepareStroke(cairo_t* context, const LineStyle& line, const Affine& toDevice) {
+bool isVisible(const LineStyle& line, const Affine& toDevice) {
     const auto [most, least] = toDevice.stretch();
-    if (!(line.width > 0) || !toDevice.invertible() || least < most * 1e-5 || !std::isfinite(line.miterLimit)) {
-        return false;
-    }
+    return toDevice.invertible() && least > most * flattestPen && line.width * most > thinnestPen &&
+           std::isfinite(line.width) && std::isfinite(line.miterLimit);
+}
+
+void strokeAdded(cairo_t* context, const LineStyle& line, const Affine& toDevice) {
+    const double most = toDevice.stretch().most;
     const double width = std::min(line.width, 2 * widestPen / most);
     const double radius = width * most / 2;
-    if (radius < 1e-4) {
-        return false;
-    }
     cairo_set_line_width(context, width);
     cairo_set_line_cap(context, cairoCap(line.cap));
     cairo_set_line_join(context, cairoJoin(line.join));
@@ -297,7 +299,9 @@ bool prepareStroke(cairo_t* context, const LineStyle& line, const Affine& toDevi
     // Where the matrix moves the origin to makes no difference to a pen.
     const cairo_matrix_t matrix{toDevice.a, toDevice.b, toDevice.c, toDevice.d, 0, 0};
     cairo_set_matrix(context, &matrix);
-    return true;
+    cairo_stroke(context);
+    cairo_identity_matrix(context);
+    cairo_set_tolerance(context, tolerance);
 }
 
 cairo_fill_rule_t cairoRule(dom::FillRule rule) {

@@ -30,9 +30,11 @@ void addFilledPath(cairo_t* context, const CGPath& path, const Affine& toDevice,
 void addStrokedPath(cairo_t* context, const CGPath& path, const Affine& toDevice, const Box& deviceHull,
                     const LineStyle& line);
 
-/// Sets line and matrix for stroking a path that was added. Returns false when such a line is invisible or can't be
-/// drawn: without width, or under a map that leaves nothing of it.
-[[nodiscard]] bool prepareStroke(cairo_t* context, const LineStyle& line, const Affine& toDevice);
+/// False when such a line is invisible or can't be drawn: without width, or under a map that leaves nothing of it.
+[[nodiscard]] bool isVisible(const LineStyle& line, const Affine& toDevice);
+
+/// Strokes the path that was added, with a visible line, and clears it.
+void strokeAdded(cairo_t* context, const LineStyle& line, const Affine& toDevice);
 
 [[nodiscard]] cairo_fill_rule_t cairoRule(dom::FillRule rule);
 

@@ -41,31 +41,47 @@ void requireSuccess(cairo_status_t status) {
     }
 }
 
+// A surface writes its page at its end even when the drawing failed; without paintings, that takes no time.
+void forgetPaintings(cairo_surface_t* surface) {
+    const ContextHandle context(cairo_create(surface));
+    cairo_set_operator(context.get(), CAIRO_OPERATOR_CLEAR);
+    cairo_paint(context.get());
+}
+
+void drawPage(cairo_surface_t* surface, const SVG& svg) {
+    constexpr std::size_t fewCommands = 1000;
+    PixelBudget budget;
+    PictureStore pictures(budget);
+    Workshop workshop(Medium::vector, budget, pictures);
+    const ContextHandle context(cairo_create(surface));
+    if (svg.commands().size() > fewCommands) {
+        coverPage(context.get(), svg.size());
+    }
+    CGRenderer(context.get(), {0, 0, svg.size().width, svg.size().height}, workshop).play(svg.commands());
+    cairo_show_page(context.get());
+    requireSuccess(cairo_status(context.get()));
+    cairo_surface_finish(surface);
+    requireSuccess(cairo_surface_status(surface));
+}
+
 }  // namespace
 
 std::vector<std::byte> pdfDocument(const SVG& svg) {
-    constexpr std::size_t fewCommands = 1000;
     const auto [width, height] = svg.size();
     if (!(width > 0 && height > 0 && width < limits::deviceCoordinate && height < limits::deviceCoordinate)) {
         throw DrawingError("Failed to create CGContext");
     }
     std::vector<std::byte> document;
-    PixelBudget budget;
-    PictureStore pictures(budget);
-    Workshop workshop(Medium::vector, budget, pictures);
     const SurfaceHandle surface(cairo_pdf_surface_create_for_stream(append, &document, width, height));
-    const ContextHandle context(cairo_create(surface.get()));
-    if (cairo_status(context.get()) != CAIRO_STATUS_SUCCESS) {
+    if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) {
         throw DrawingError("Failed to create CGContext");
     }
-    if (svg.commands().size() > fewCommands) {
-        coverPage(context.get(), svg.size());
+    try {
+        drawPage(surface.get(), svg);
+    } catch (const DrawingError&) {
+        forgetPaintings(surface.get());
+        throw;
     }
-    CGRenderer(context.get(), {0, 0, width, height}, workshop).play(svg.commands());
-    cairo_show_page(context.get());
-    requireSuccess(cairo_status(context.get()));
-    cairo_surface_finish(surface.get());
-    requireSuccess(cairo_surface_status(surface.get()));
     return document;
 }
 

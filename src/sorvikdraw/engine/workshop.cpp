@@ -9,6 +9,11 @@ namespace {
 // Tiles beyond it are made again when they are needed again.
 constexpr double mostTilePixels = 16e6;
 
+// What the library that writes documents keeps of each painting.
+constexpr std::size_t bytesOfPainting = 900;
+constexpr std::size_t bytesOfPoint = 16;
+constexpr std::size_t mostRecorded = 350U << 20U;
+
 SurfaceHandle makeSurface(Medium medium, const Box& box) {
     if (medium == Medium::vector) {
         const cairo_rectangle_t extents{box.left, box.top, box.width(), box.height()};
@@ -35,6 +40,15 @@ Workshop::Target Workshop::makeTarget(const Box& box) {
         throw DrawingError(cairo_status_to_string(status));
     }
     return target;
+}
+
+void Workshop::record(std::size_t points) {
+    if (medium_ == Medium::vector) {
+        recordedBytes_ += bytesOfPainting + points * bytesOfPoint;
+        if (recordedBytes_ > mostRecorded) {
+            throw LimitError("the drawing is too large for a document");
+        }
+    }
 }
 
 cairo_surface_t* Workshop::tile(const CGTransformingPattern& pattern, int columns, int rows, int depth) {

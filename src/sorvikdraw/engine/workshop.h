@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <tuple>
@@ -35,6 +36,10 @@ public:
     /// patterns it lies in. It lives until another tile is asked for. Throws LimitError.
     [[nodiscard]] cairo_surface_t* tile(const CGTransformingPattern& pattern, int columns, int rows, int depth);
 
+    /// Counts a painting with so many points that a document holds until its end. Throws LimitError when it would hold
+    /// too much.
+    void record(std::size_t points);
+
     [[nodiscard]] Medium medium() const { return medium_; }
     [[nodiscard]] DrawingClock& clock() { return clock_; }
     [[nodiscard]] PictureSurfaces& pictures() { return pictures_; }
@@ -48,6 +53,7 @@ private:
     PictureSurfaces pictures_;
     std::map<TileKey, Target> tiles_;
     double tilePixels_ = 0;
+    std::size_t recordedBytes_ = 0;
 };
 
 }  // namespace sorvik::draw

@@ -34,30 +34,32 @@ State::State() {
     fontFamily = helvetica;
 }
 
-State::State(const State& outer, const dom::Cascade::Attributes& attributes, Definitions& definitions) : State(outer) {
-    opacity = attributes->opacity.value_or(1);
-    take(display, attributes->display);
-    take(color, attributes->color);
-    take(strokeWidth, attributes->strokeWidth);
-    take(strokeOpacity, attributes->strokeOpacity);
-    take(strokeLineCap, attributes->strokeLineCap);
-    take(strokeLineJoin, attributes->strokeLineJoin);
-    take(fillOpacity, attributes->fillOpacity);
-    take(fillRule, attributes->fillRule);
-    take(fontSize, attributes->fontSize);
-    take(textAnchor, attributes->textAnchor);
+State State::of(const dom::Cascade::Attributes& attributes, Definitions& definitions) const {
+    State inner = *this;
+    inner.opacity = attributes->opacity.value_or(1);
+    take(inner.display, attributes->display);
+    take(inner.color, attributes->color);
+    take(inner.strokeWidth, attributes->strokeWidth);
+    take(inner.strokeOpacity, attributes->strokeOpacity);
+    take(inner.strokeLineCap, attributes->strokeLineCap);
+    take(inner.strokeLineJoin, attributes->strokeLineJoin);
+    take(inner.fillOpacity, attributes->fillOpacity);
+    take(inner.fillRule, attributes->fillRule);
+    take(inner.fontSize, attributes->fontSize);
+    take(inner.textAnchor, attributes->textAnchor);
     if (attributes->stroke) {
-        stroke = definitions.stroke(*attributes->stroke);
+        inner.stroke = definitions.stroke(*attributes->stroke);
     }
     if (attributes->fill) {
-        fill = definitions.fill(*attributes->fill);
+        inner.fill = definitions.fill(*attributes->fill);
     }
     if (attributes->filter) {
-        filters = definitions.filters(*attributes->filter);
+        inner.filters = definitions.filters(*attributes->filter);
     }
     if (attributes->fontFamily) {
-        fontFamily = {attributes, &*attributes->fontFamily};
+        inner.fontFamily = {attributes, &*attributes->fontFamily};
     }
+    return inner;
 }
 
 FillAttributes makeFillAttributes(const State& state) {

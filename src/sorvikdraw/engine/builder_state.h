@@ -14,8 +14,8 @@ namespace sorvik::draw::layer_tree {
 struct State {
     /// Of a drawing, a pattern's child or a mask, which inherit nothing.
     State();
-    /// Of an element that inherits `outer`. All is inherited but `opacity`.
-    State(const State& outer, const dom::Cascade::Attributes& attributes, Definitions& definitions);
+    /// Of an element inside. All is inherited but `opacity`.
+    [[nodiscard]] State of(const dom::Cascade::Attributes& attributes, Definitions& definitions) const;
 
     static constexpr float strokeLineMiterLimit = 4;
 

@@ -12,8 +12,6 @@ Color ofBytes(std::uint32_t r, std::uint32_t g, std::uint32_t b, float a) {
 }
 
 struct Resolving {
-    const dom::Color* current;  // null while the current colour itself is resolved
-
     Color operator()(dom::ColorKeyword keyword) const {
         const std::uint32_t rgb = dom::rgbOf(keyword);
         return ofBytes(rgb >> 16U & 0xFFU, rgb >> 8U & 0xFFU, rgb & 0xFFU, 1);
@@ -25,9 +23,7 @@ struct Resolving {
     Color operator()(const dom::Color::P3& color) const { return RGBA{color.r, color.g, color.b, 1, ColorSpace::p3}; }
     Color operator()(const dom::Color::Hex& color) const { return ofBytes(color.r, color.g, color.b, 1); }
     Color operator()(const dom::Color::None&) const { return NoColor{}; }
-    Color operator()(const dom::Color::CurrentColor&) const {
-        return current == nullptr ? Color{NoColor{}} : std::visit(Resolving{nullptr}, current->value);
-    }
+    Color operator()(const dom::Color::CurrentColor&) const { return NoColor{}; }  // there is none further out
 };
 
 struct Fading {
@@ -44,7 +40,8 @@ struct Fading {
 }  // namespace
 
 Color resolved(const dom::Color& color, const dom::Color& current) {
-    return std::visit(Resolving{&current}, color.value);
+    const bool isCurrent = std::holds_alternative<dom::Color::CurrentColor>(color.value);
+    return std::visit(Resolving{}, isCurrent ? current.value : color.value);
 }
 
 Color faded(const Color& color, float opacity) { return std::visit(Fading{opacity}, color); }

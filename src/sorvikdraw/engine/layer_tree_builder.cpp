@@ -114,7 +114,7 @@ private:
         tree_.root = &root;
         const auto attributes =
             std::make_shared<const dom::PresentationAttributes>(cascade_.presentationAttributes(svg_));
-        const State state(State(), attributes, definitions_);
+        const State state = State().of(attributes, definitions_);
         if (describe(root, state, *attributes, {{}, &svg_})) {
             makeChildren({svg_.children, &root, state});
         }
@@ -127,7 +127,7 @@ private:
         if (mask.className) {
             part.layer->className = *mask.className;
         }
-        makeChildren({mask.childElements, part.layer, State(State(), attributes, definitions_)});
+        makeChildren({mask.childElements, part.layer, State().of(attributes, definitions_)});
     }
 
     void fill(const Definitions::PatternPart& part) {
@@ -182,7 +182,7 @@ private:
 
     void make(const GraphicsElement& element, Layer& layer, const State& outer, const Translate& useOffset) {
         const Cascade::Attributes attributes = presentationAttributes(element);
-        const State state(outer, attributes, definitions_);
+        const State state = outer.of(attributes, definitions_);
         if (element.className) {
             budget_.spend(element.className->size());
             layer.className = element.className;

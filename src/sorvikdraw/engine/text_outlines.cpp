@@ -34,6 +34,7 @@ std::filesystem::path modulePath() {
     if (auto beside = program.parent_path() / moduleName; std::filesystem::exists(beside, unknown)) {
         return beside;
     }
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): nothing here changes the environment
     const char* const bundle = std::getenv("SORVIK_BUNDLE");
     if (bundle == nullptr || *bundle == '\0') {
         throw DrawingError("text can't be drawn: " + std::string(moduleName) + " is missing");
@@ -57,7 +58,7 @@ private:
     static Function* function(void* library, const char* name) {
         void* const address = library == nullptr ? nullptr : ::dlsym(library, name);
         if (address == nullptr) {
-            const char* const why = ::dlerror();
+            const char* const why = ::dlerror();  // NOLINT(concurrency-mt-unsafe): each thread has its own
             throw DrawingError("text can't be drawn: " + std::string(why == nullptr ? "no reason given" : why));
         }
         return reinterpret_cast<Function*>(address);

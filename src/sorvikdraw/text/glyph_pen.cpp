@@ -7,7 +7,7 @@ namespace {
 struct Drawing {
     Outline& outline;
     Outline::Point origin;
-    float unit;
+    float unit = 0;
 
     [[nodiscard]] Outline::Point at(float x, float y) const { return {origin.x + x * unit, origin.y - y * unit}; }
 };

@@ -11,8 +11,9 @@ public:
     /// `svg` must outlive the builder, not what it makes.
     explicit Builder(const dom::SVG& svg) : svg_(svg) {}
 
-    /// Throws DrawingError for a `use` of what is not there and for a picture that is none, LimitError for
-    /// expansions beyond all bounds.
+    /// Throws DrawingError for a `use` of what is not there or of itself, for a picture that is none, and for text
+    /// when the library that knows fonts is missing; LimitError for a drawing beyond limits.h and for patterns and
+    /// masks that refer to themselves; XMLParserError for more class names than limits.h allows.
     [[nodiscard]] Tree makeLayer();
 
 private:

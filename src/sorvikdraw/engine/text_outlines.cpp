@@ -3,16 +3,19 @@
 #include <dlfcn.h>
 
 #include <algorithm>
-#include <cmath>
+#include <compare>
 #include <cstdlib>
 #include <filesystem>
-#include <functional>
+#include <map>
+#include <memory>
 #include <mutex>
+#include <new>
 #include <span>
+#include <string>
 #include <string_view>
 #include <system_error>
-#include <unordered_map>
 #include <utility>
+#include <vector>
 
 #include "sorvikdraw/dom/limits.h"
 #include "sorvikdraw/engine/drawing_error.h"
@@ -113,7 +116,7 @@ class TextSetter {
 public:
     Path outline(const std::string& text, const std::string& fontName, float size) {
         const std::lock_guard lock(mutex_);
-        Key key{text, fontName, size};
+        Key key{size, text, fontName};
         if (const auto known = known_.find(key); known != known_.end()) {
             return known->second;
         }
@@ -124,15 +127,9 @@ public:
 
 private:
     struct Key {
-        std::string text, fontName;
         float size;
-        bool operator==(const Key&) const = default;
-    };
-    struct KeyHash {
-        std::size_t operator()(const Key& key) const {
-            const std::hash<std::string_view> ofText;
-            return ofText(key.text) + 31 * ofText(key.fontName) + std::hash<float>()(key.size);
-        }
+        std::string text, fontName;
+        auto operator<=>(const Key&) const = default;
     };
     static constexpr std::size_t mostSegments = 1'000'000;  // kept; some 30 MB
     static constexpr std::size_t entryCost = 16;            // of a text, however short, in segments
@@ -164,7 +161,7 @@ private:
     }
 
     std::mutex mutex_;
-    std::unordered_map<Key, Path, KeyHash> known_;
+    std::map<Key, Path> known_;  // sorted: texts that collide are easy to find
     std::size_t kept_ = 0;
 };
 

@@ -6,7 +6,8 @@ heavy    20,000 filled and stroked paths with gradients, 2,000 pixels wide; 300,
 growth   1,000 to 300,000 elements: time and memory for each element
 
 Every figure is the median of several rounds. Drawings are made anew, always the same; what is written goes into a
-scratch folder, which is removed."""
+scratch folder, which is removed. Memory is the peak of resident pages, and never less than this script's own at the
+start of a process, some 17 MB."""
 
 import argparse
 import os

@@ -1,6 +1,7 @@
 #include "hostile_file.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <thread>
 
@@ -66,6 +67,8 @@ bool mayEnd(End end, std::string_view format, bool drawn) {
     switch (end) {
         case End::drawn:
             return drawn;
+        case End::drawnAsPicture:
+            return drawn || format == "pdf";
         case End::refused:
             return !drawn;
         case End::noPicture:
@@ -76,10 +79,20 @@ bool mayEnd(End end, std::string_view format, bool drawn) {
     return false;
 }
 
+/// "Uses-OfItself.svg"
+fs::path place(const Folder& folder, const std::string& extension) {
+    const char* keep = std::getenv("SORVIK_KEEP_PICTURES");
+    const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
+    const std::string suite = test.test_suite_name();
+    const std::string name = test.name();
+    const std::string file = suite.substr(0, suite.find('/')) + "-" + name.substr(name.find('/') + 1) + "." + extension;
+    return keep == nullptr ? folder / file : fs::path(keep) / file;
+}
+
 void expectEnd(const HostileFile& file, const std::string& format) {
     const Folder folder;
-    const fs::path input = folder / "hostile.svg";
-    const fs::path output = folder / "output";
+    const fs::path input = place(folder, "svg");
+    const fs::path output = place(folder, format);
     writeFile(input, file.contents());
     std::vector<std::string> arguments{input, "--format", format, "--output", output};
     if (!file.size.empty()) {

@@ -11,10 +11,11 @@ namespace sorvik::draw::test {
 
 /// How the tool must end.
 enum class End {
-    drawn,      ///< a picture and status 0
-    refused,    ///< a line or two on standard error, no output and another status
-    noPicture,  ///< refused where pixels are counted, one of the two as PDF
-    either,     ///< one of the two
+    drawn,           ///< a picture and status 0
+    refused,         ///< a line or two on standard error, no output and another status
+    drawnAsPicture,  ///< one of the two as PDF, which is held as a whole
+    noPicture,       ///< refused where pixels are counted, one of the two as PDF
+    either,          ///< one of the two
 };
 
 /// One drawing that means no good.
@@ -48,7 +49,8 @@ std::string joined(std::size_t count, Make make) {
     return all;
 }
 
-/// Each case is drawn once as PNG and once as PDF.
+/// Each case is drawn once as PNG and once as PDF. With SORVIK_KEEP_PICTURES=/some/folder the drawing and what came of
+/// it stay there.
 class HostileFiles : public testing::TestWithParam<HostileFile> {};
 
 inline std::string nameOf(const testing::TestParamInfo<HostileFile>& file) { return std::string(file.param.name); }

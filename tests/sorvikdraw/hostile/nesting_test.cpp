@@ -112,7 +112,7 @@ constexpr std::array beside = {
     HostileFile{"groups1000000", End::drawn, emptyGroups<most>},
     HostileFile{"groups1000001", End::refused, emptyGroups<most + 1>},
     HostileFile{"groups10000000", End::refused, emptyGroups<10 * most>},
-    HostileFile{"shapes300000", End::drawn, shapes},
+    HostileFile{"shapes300000", End::drawnAsPicture, shapes},
     HostileFile{"definitions200000", End::drawn, definitionsBesideEachOther},
     HostileFile{"uses300000", End::drawn, uses},
     HostileFile{"usesOfLateElements50000", End::drawn, usesOfLateElements},

@@ -17,6 +17,7 @@ inline constexpr std::size_t documentBytes = 200U << 20U;   ///< and as they are
 inline constexpr std::size_t pathSegments = 250'000;        ///< of one path
 inline constexpr std::size_t listItems = 100'000;           ///< of other lists: numbers, transforms, pairs of a style
 inline constexpr std::size_t selectors = 100'000;           ///< of all style sheets
+inline constexpr std::size_t faultyStyleSheets = 1000;      ///< each is told in a line of its own
 inline constexpr std::size_t styleSheetBytes = 16U << 20U;  ///< of all, each value counted for each of its selectors
 inline constexpr std::size_t classNames = 5'000'000;        ///< looked up in style sheets, of all elements drawn
 inline constexpr std::size_t gradientStops = 4096;          ///< of one gradient
@@ -28,7 +29,7 @@ inline constexpr std::size_t textCharacters = 100'000;  ///< of one text
 /// Of all texts of a document as they are measured: points of their outlines, and something for each text and letter.
 inline constexpr std::size_t textWork = 40'000'000;
 inline constexpr std::size_t fontFamilies = 256;        ///< that the texts of a document ask for
-inline constexpr std::size_t commands = 3'000'000;    ///< of one drawing
+inline constexpr std::size_t commands = 3'000'000;      ///< of one drawing
 inline constexpr std::size_t drawnPoints = 10'000'000;  ///< of all the different paths of a drawing
 /// Layers entered, commands made, points looked at, each time that one comes up: what stands in many places is
 /// written once and done many times.
@@ -36,8 +37,8 @@ inline constexpr std::size_t generatorWork = 50'000'000;
 inline constexpr std::int64_t side = 32'767;                ///< pixels, of a picture or canvas
 inline constexpr std::int64_t canvasPixels = 100'000'000;   ///< four bytes each
 inline constexpr std::int64_t embeddedPixels = 64'000'000;  ///< of all decoded pictures of a document together
-/// Cairo 1.16 keeps device coordinates as 24.8 fixed point; beyond it draws wrongly without a word.
-inline constexpr double deviceCoordinate = 8'300'000;
+/// Cairo 1.16 loses sloping edges of about twice this length without a word.
+inline constexpr double deviceCoordinate = 65'536;
 inline constexpr double drawingSeconds = 3;  ///< of processor time, for playing the commands
 
 }  // namespace sorvik::draw::limits

@@ -86,8 +86,9 @@ struct Box {
         return {x, y, x + static_cast<double>(r.size.width), y + static_cast<double>(r.size.height)};
     }
 
-    /// True when not even a line of it is there; a box may be flat.
-    [[nodiscard]] bool isNowhere() const { return !(left <= right && top <= bottom); }
+    /// A box may be flat, or hold numbers that are none and be nowhere.
+    [[nodiscard]] bool isSomewhere() const { return left <= right && top <= bottom; }
+    [[nodiscard]] bool isNowhere() const { return !isSomewhere(); }
     [[nodiscard]] bool hasArea() const { return left < right && top < bottom; }
     [[nodiscard]] double width() const { return right - left; }
     [[nodiscard]] double height() const { return bottom - top; }

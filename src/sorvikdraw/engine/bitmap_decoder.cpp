@@ -162,7 +162,8 @@ Pixels reduced(const Pixels& pixels, int columns, int rows) {
             BlockSum sum;
             for (int row = y * rows; row < bottom; ++row) {
                 const std::uint32_t* from = pixels.values.get() + countOf(pixels.width, row);
-                std::for_each(from + x * columns, from + right, [&sum](std::uint32_t pixel) { sum.add(pixel); });
+                std::for_each(from + std::ptrdiff_t{x} * columns, from + right,
+                              [&sum](std::uint32_t pixel) { sum.add(pixel); });
             }
             *to++ = sum.mean(countOf(right - x * columns, bottom - y * rows));
         }

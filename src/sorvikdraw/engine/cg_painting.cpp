@@ -26,12 +26,6 @@ constexpr double dearFill = 1e9;
 
 constexpr double largestMask = 4e6;  // pixels
 
-// With more pixels than this to a side, a tile is made coarser than the canvas.
-constexpr double largestTileSide = 4096;
-// So few repetitions are drawn one by one, as sharp as anything else.
-constexpr double fewTiles = 4;
-constexpr int deepestPattern = static_cast<int>(limits::expansionDepth);
-
 cairo_operator_t cairoOperator(BlendMode mode, Medium medium) {
     switch (mode) {
         case BlendMode::normal:
@@ -54,24 +48,6 @@ double fillCost(const CGPath& path, const Affine& toDevice, const Box& visible) 
     }
     const double rows = edgeRows(path, toDevice, visible);
     return cost + rows * (edgeRowCost + rows / std::max(visible.height(), 1.0) * crowdCost);
-}
-
-// Which repetitions of a tile touch a box in the pattern's space.
-struct TileRange {
-    double left, top, right, bottom;  ///< whole; right and bottom are beyond the last
-
-    TileRange(const Box& box, const Box& tile)
-        : left(std::floor((box.left - tile.left) / tile.width())),
-          top(std::floor((box.top - tile.top) / tile.height())),
-          right(std::ceil((box.right - tile.left) / tile.width())),
-          bottom(std::ceil((box.bottom - tile.top) / tile.height())) {}
-
-    [[nodiscard]] double count() const { return (right - left) * (bottom - top); }
-};
-
-int pixelsOf(double length) {
-    constexpr double noise = 1e-3;
-    return static_cast<int>(std::clamp(std::ceil(length - noise), 1.0, largestTileSide));
 }
 
 // By which whole factor a picture is made smaller before the context's filter does the rest, which grows slow and
@@ -119,10 +95,10 @@ void CGRenderer::inSlices(const Box& visible, double cost, Act act) {
         return;
     }
     const Box whole = visible.rounded();
-    const double rows = std::max(1.0, std::floor(whole.height() * longestPiece / cost));
-    for (double top = whole.top; top < whole.bottom; top += rows) {
+    const auto rows = static_cast<int>(std::max(1.0, std::floor(whole.height() * longestPiece / cost)));
+    for (int top = 0; top < static_cast<int>(whole.height()); top += rows) {
         cairo_save(ctx_);
-        cairo_rectangle(ctx_, whole.left, top, whole.width(), std::min(rows, whole.bottom - top));
+        cairo_rectangle(ctx_, whole.left, whole.top + top, whole.width(), rows);
         cairo_clip(ctx_);
         act();
         cairo_restore(ctx_);
@@ -131,24 +107,23 @@ void CGRenderer::inSlices(const Box& visible, double cost, Act act) {
 }
 
 // With the blend mode copy, the context takes alpha for coverage, so that what is below would shine through.
-void CGRenderer::paintFaded(const Outline& outline, const Source& source) {
-    const Workshop::Target faded = workshop_.makeTarget(state().clip.rounded());
-    cairo_set_source(faded.context.get(), source.pattern);
-    cairo_paint_with_alpha(faded.context.get(), source.alpha);
-    const PatternHandle pattern(cairo_pattern_create_for_surface(faded.surface.get()));
-    paint(outline, Source{.pattern = pattern.get()});
-}
-
-bool CGRenderer::mustFade(const Source& source) const {
+PatternHandle CGRenderer::faded(const Source& source) {
     const State& state = levels_.back().state;
-    return source.pattern != nullptr && source.alpha < 1 && state.blend == BlendMode::copy && state.clip.hasArea();
+    if (source.pattern == nullptr || source.alpha >= 1 || state.blend != BlendMode::copy || !state.clip.hasArea()) {
+        return nullptr;
+    }
+    const Workshop::Target layer = workshop_.makeTarget(state.clip.rounded());
+    cairo_set_source(layer.context.get(), source.pattern);
+    cairo_paint_with_alpha(layer.context.get(), source.alpha);
+    return PatternHandle(cairo_pattern_create_for_surface(layer.surface.get()));
 }
 
 void CGRenderer::paint(const FilledOutline& outline, const Source& source) {
-    if (mustFade(source)) {
-        paintFaded(outline, source);
-        return;
-    }
+    const PatternHandle faint = faded(source);
+    fill(outline, faint ? Source{.pattern = faint.get()} : source);
+}
+
+void CGRenderer::fill(const FilledOutline& outline, const Source& source) {
     const Box box = outline.user.invertible() ? outline.user * hullOf(*outline.path) : Box{};
     const Box visible = affected(box);
     if (!visible.hasArea()) {
@@ -208,8 +183,9 @@ void CGRenderer::paint(const StrokedOutline& outline, const Source& source) {
 void CGRenderer::paintInPieces(const StrokedOutline& outline, const Source& source, const Box& visible) {
     setSource(source);
     setOperator();
-    const double rows = std::ceil(largestMask / visible.width());
-    for (double top = visible.top; top < visible.bottom; top += rows) {
+    const auto rows = static_cast<int>(std::ceil(largestMask / visible.width()));
+    for (int row = 0; row < static_cast<int>(visible.height()); row += rows) {
+        const double top = visible.top + row;
         const Box slice{visible.left, top, visible.right, std::min(top + rows, visible.bottom)};
         const Workshop::Target mask = workshop_.makeTarget(slice);
         forEachStrokePiece(*outline.path, outline.user, outline.line, slice, longestPiece, [&](const CGPath& piece) {
@@ -241,14 +217,11 @@ void CGRenderer::paintAll(const Source& source) {
     if (!clip.hasArea()) {
         return;
     }
-    if (mustFade(source)) {
-        paintFaded({}, source);
-        return;
-    }
-    setSource(source);
+    const PatternHandle faint = faded(source);
+    setSource(faint ? Source{.pattern = faint.get()} : source);
     setOperator();
     inSlices(clip, clip.area() * source.pixelCost, [&] {
-        if (source.pattern == nullptr || source.alpha >= 1) {
+        if (source.pattern == nullptr || faint || source.alpha >= 1) {
             cairo_paint(ctx_);
         } else {
             cairo_paint_with_alpha(ctx_, source.alpha);
@@ -296,60 +269,6 @@ void CGRenderer::operator()(const CGCommand::Draw& command) {
     const CGPath path = rectanglePath(command.in);
     paint(FilledOutline{&path, user, dom::FillRule::nonzero},
           Source{.pattern = pattern.get(), .alpha = state().alpha, .pixelCost = 20});
-}
-
-void CGRenderer::paintPattern(const FilledOutline& outline, const CGTransformingPattern& pattern) {
-    const Affine user = outline.user;
-    const Box tile = Box::of(pattern.bounds);
-    const Box hull = hullOf(*outline.path);
-    if (!user.invertible() || hull.isNowhere() || !tile.hasArea() || depth_ >= deepestPattern) {
-        return;
-    }
-    const Box visible = state().clip.intersected((user * hull).grown(1)).rounded();
-    if (!visible.hasArea()) {
-        return;
-    }
-    const double width = tile.width() * std::hypot(user.a, user.b);
-    const double height = tile.height() * std::hypot(user.c, user.d);
-    const TileRange range(user.inverse() * visible, tile);
-    if (range.count() <= fewTiles) {
-        pushTarget(Kind::outline, visible);
-        levels_.back().outline = outline;
-        levels_.back().alpha = state().alpha;
-        for (double y = range.top; y < range.bottom; ++y) {
-            for (double x = range.left; x < range.right; ++x) {
-                paintTile(pattern, user * Affine::translation(x * tile.width(), y * tile.height()), visible);
-            }
-        }
-        popLevel();
-        return;
-    }
-    // The sides of a document's tile are whole numbers, too, but of no certain unit.
-    const bool toPixels = workshop_.medium() == Medium::raster;
-    const double unit = largestTileSide / std::max(tile.width(), tile.height());
-    const int columns = pixelsOf(toPixels ? width : tile.width() * unit);
-    const int rows = pixelsOf(toPixels ? height : tile.height() * unit);
-    const PatternHandle source(cairo_pattern_create_for_surface(workshop_.tile(pattern, columns, rows, depth_ + 1)));
-    const Affine toTile = Affine::scaling(columns / tile.width(), rows / tile.height()) *
-                          Affine::translation(-tile.left, -tile.top) * user.inverse();
-    const cairo_matrix_t matrix = cairoMatrix(toTile);
-    cairo_pattern_set_matrix(source.get(), &matrix);
-    cairo_pattern_set_extend(source.get(), CAIRO_EXTEND_REPEAT);
-    paint(outline, Source{.pattern = source.get(), .alpha = state().alpha, .pixelCost = 10});
-}
-
-// `user` is the space of this repetition.
-void CGRenderer::paintTile(const CGTransformingPattern& pattern, const Affine& user, const Box& visible) {
-    const CGPath bounds = rectanglePath(pattern.bounds);
-    const Box box = user * Box::of(pattern.bounds);
-    cairo_save(ctx_);
-    addFilledPath(ctx_, bounds, user, box);
-    cairo_set_fill_rule(ctx_, CAIRO_FILL_RULE_WINDING);
-    cairo_clip(ctx_);
-    const cairo_matrix_t matrix = cairoMatrix(user);
-    cairo_set_matrix(ctx_, &matrix);
-    CGRenderer(ctx_, visible.intersected(box.rounded()), workshop_, depth_ + 1).play(pattern.contents);
-    cairo_restore(ctx_);
 }
 
 }  // namespace sorvik::draw

@@ -282,13 +282,13 @@ void CGRenderer::clearClip() {
     }
 }
 
-void CGRenderer::clip(Outline outline, const Box& hull) {
+void CGRenderer::clip(const Outline& outline, const Box& hull) {
     settleClip();
     const Affine& user = state().user;
     const bool shows = user.invertible() && !hull.isNowhere();
     state().clip = shows ? state().clip.intersected((user * hull).grown(1)) : Box{};
     if (state().clip.hasArea()) {
-        state().pendingClip = std::move(outline);
+        state().pendingClip = outline;
     }
 }
 

@@ -117,15 +117,15 @@ private:
     void compositeAsMask(const Workshop::Target& mask);
     void replaceTarget(Workshop::Target target);
     void clearClip();
-    void clip(Outline outline, const Box& hull);
+    void clip(const Outline& outline, const Box& hull);
     void settleClip();
     [[nodiscard]] static bool isFlat(const Outline& outline);
 
     void setSource(const Source& source);
     void setOperator();
     [[nodiscard]] Box affected(const Box& painted) const;
-    [[nodiscard]] bool mustFade(const Source& source) const;
-    void paintFaded(const Outline& outline, const Source& source);
+    [[nodiscard]] PatternHandle faded(const Source& source);
+    void fill(const FilledOutline& outline, const Source& source);
     void paint(const FilledOutline& outline, const Source& source);
     void paint(const StrokedOutline& outline, const Source& source);
     void paintInPieces(const StrokedOutline& outline, const Source& source, const Box& visible);
@@ -133,6 +133,8 @@ private:
     void paintAll(const Source& source);
     void paintGradient(PatternHandle gradient, std::size_t stops);
     void paintPattern(const FilledOutline& outline, const CGTransformingPattern& pattern);
+    void paintTiles(const FilledOutline& outline, const CGTransformingPattern& pattern, const Box& visible);
+    void paintRepeated(const FilledOutline& outline, const CGTransformingPattern& pattern, const Box& inPattern);
     void paintTile(const CGTransformingPattern& pattern, const Affine& user, const Box& visible);
     template <typename Act>
     void inSlices(const Box& visible, double cost, Act act);

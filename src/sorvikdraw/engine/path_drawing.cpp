@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <span>
+#include <utility>
 
 #include "sorvikdraw/dom/limits.h"
 
@@ -12,11 +13,11 @@ namespace {
 using layer_tree::Point;
 using Verb = CGPath::Verb;
 
-// Leaves room for wide pens and sharp corners around what is drawn.
-constexpr double reach = limits::deviceCoordinate / 8;
+constexpr double reach = limits::deviceCoordinate;
 constexpr Box reachable{-reach, -reach, reach, reach};
-constexpr double widestPen = 2 * reach;
-constexpr double farthestCorner = 6 * reach;
+// Half of it, and how far corners may stand out, so that no edge is longer than those of paths.
+constexpr double widestPen = 1.3 * reach;
+constexpr double farthestCorner = 2.6 * reach;
 
 // The context's measure of how round a pen is; wide pens need no more corners than this keeps.
 constexpr double tolerance = 0.1;
@@ -76,7 +77,20 @@ public:
         lineTo(to);
     }
 
-    void cubic(Vector c1, Vector c2, Vector to) { cubic({current_, c1, c2, to}, deepest); }
+    // Halves the curve until each part is either within the box or beside it.
+    void cubic(Vector c1, Vector c2, Vector to) {
+        std::array<Part, deepest + 1> open{{{{current_, c1, c2, to}, 0}}};
+        for (std::size_t count = 1; count > 0;) {
+            const Part part = open[--count];
+            if (part.depth == deepest || !isAcrossBorder(part.curve)) {
+                add(part.curve);
+                continue;
+            }
+            const auto [first, second] = halves(part.curve);
+            open[count++] = {second, part.depth + 1};
+            open[count++] = {first, part.depth + 1};
+        }
+    }
 
     void close() {
         line(start_);
@@ -87,7 +101,11 @@ public:
 
 private:
     using Cubic = std::array<Vector, 4>;
-    static constexpr int deepest = 48;
+    struct Part {
+        Cubic curve;
+        std::size_t depth = 0;
+    };
+    static constexpr std::size_t deepest = 48;
 
     static bool isReachable(Vector p) { return std::abs(p.x) <= reach && std::abs(p.y) <= reach; }
     static Vector clamped(Vector p) { return {std::clamp(p.x, -reach, reach), std::clamp(p.y, -reach, reach)}; }
@@ -109,25 +127,35 @@ private:
         }
     }
 
-    void cubic(const Cubic& curve, int depth) {
+    static Box hull(const Cubic& curve) {
         Box box;
         for (const Vector p : curve) {
             box.include(p);
         }
-        if (box.isWithin(reachable)) {
+        return box;
+    }
+
+    static bool isAcrossBorder(const Cubic& curve) {
+        const Box box = hull(curve);
+        return box.touches(reachable) && !box.isWithin(reachable);
+    }
+
+    static std::pair<Cubic, Cubic> halves(const Cubic& curve) {
+        const Vector a = between(curve[0], curve[1], 0.5);
+        const Vector b = between(curve[1], curve[2], 0.5);
+        const Vector c = between(curve[2], curve[3], 0.5);
+        const Vector ab = between(a, b, 0.5);
+        const Vector bc = between(b, c, 0.5);
+        const Vector middle = between(ab, bc, 0.5);
+        return {{curve[0], a, ab, middle}, {middle, bc, c, curve[3]}};
+    }
+
+    void add(const Cubic& curve) {
+        if (hull(curve).isWithin(reachable)) {
             cairo_curve_to(context_, curve[1].x, curve[1].y, curve[2].x, curve[2].y, curve[3].x, curve[3].y);
             current_ = curve[3];
-        } else if (depth == 0 || !box.touches(reachable)) {
-            line(curve[3]);
         } else {
-            const Vector a = between(curve[0], curve[1], 0.5);
-            const Vector b = between(curve[1], curve[2], 0.5);
-            const Vector c = between(curve[2], curve[3], 0.5);
-            const Vector ab = between(a, b, 0.5);
-            const Vector bc = between(b, c, 0.5);
-            const Vector middle = between(ab, bc, 0.5);
-            cubic({curve[0], a, ab, middle}, depth - 1);
-            cubic({middle, bc, c, curve[3]}, depth - 1);
+            line(curve[3]);
         }
     }
 

@@ -2,7 +2,7 @@
 
 #include <cairo-pdf.h>
 
-#include <cmath>
+#include <algorithm>
 #include <new>
 #include <span>
 
@@ -68,8 +68,12 @@ void drawPage(cairo_surface_t* surface, const SVG& svg) {
 
 std::vector<std::byte> pdfDocument(const SVG& svg) {
     const auto [width, height] = svg.size();
-    if (!(width > 0 && height > 0 && width < limits::deviceCoordinate && height < limits::deviceCoordinate)) {
+    const bool drawable = width > 0 && height > 0;
+    if (!drawable) {
         throw DrawingError("Failed to create CGContext");
+    }
+    if (std::max(width, height) > static_cast<double>(limits::side)) {
+        throw LimitError("the page would be too large");
     }
     std::vector<std::byte> document;
     const SurfaceHandle surface(cairo_pdf_surface_create_for_stream(append, &document, width, height));

@@ -21,33 +21,31 @@ void attachFile(cairo_surface_t* surface, const CGImage& image) {
 
 const Pixels* PictureStore::find(const CGImage& image, int columns, int rows) {
     const std::lock_guard lock(mutex_);
-    const auto& pixels = entry(image, columns, rows).pixels;
-    return pixels ? &*pixels : nullptr;
-}
-
-const PictureStore::Entry& PictureStore::entry(const CGImage& image, int columns, int rows) {
-    const Key key{image.bitmap.bytes.get(), columns, rows};
-    if (const auto found = entries_.find(key); found != entries_.end()) {
-        return found->second;
-    }
-    return entries_.emplace(key, make(image, columns, rows)).first->second;
-}
-
-PictureStore::Entry PictureStore::make(const CGImage& image, int columns, int rows) {
-    if (columns > 1 || rows > 1) {
-        const Entry& whole = entry(image, 1, 1);
-        if (!whole.pixels) {
-            return {};
+    const Entry* entry = &whole(image);
+    if (entry->pixels && (columns > 1 || rows > 1)) {
+        const Pixels& pixels = *entry->pixels;
+        const auto [place, isNew] = entries_.try_emplace({image.bitmap.bytes.get(), columns, rows});
+        entry = &place->second;
+        if (isNew) {
+            place->second.share = budget_.take(countOf(pixels.width / columns + 1, pixels.height / rows + 1));
+            place->second.pixels = reduced(pixels, columns, rows);
         }
-        auto share = budget_.take(countOf(image.width / columns + 1, image.height / rows + 1));
-        return {reduced(*whole.pixels, columns, rows), std::move(share)};
     }
-    decodedPixels_ += countOf(image.width, image.height);
-    if (decodedPixels_ > limits::embeddedPixels) {
-        throw LimitError("the pictures in the drawing are too large");
+    return entry->pixels ? &*entry->pixels : nullptr;
+}
+
+const PictureStore::Entry& PictureStore::whole(const CGImage& image) {
+    const auto [place, isNew] = entries_.try_emplace({image.bitmap.bytes.get(), 1, 1});
+    Entry& entry = place->second;
+    if (isNew) {
+        decodedPixels_ += countOf(image.width, image.height);
+        if (decodedPixels_ > limits::embeddedPixels) {
+            throw LimitError("the pictures in the drawing are too large");
+        }
+        entry.share = budget_.take(countOf(image.width, image.height));
+        entry.pixels = decodeBitmap(image);
     }
-    auto share = budget_.take(countOf(image.width, image.height));
-    return {decodeBitmap(image), std::move(share)};
+    return entry;
 }
 
 PictureSurfaces::Picture PictureSurfaces::find(const CGImage& image, int columns, int rows) {

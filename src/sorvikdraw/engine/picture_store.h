@@ -28,8 +28,7 @@ private:
     };
     using Key = std::tuple<const std::vector<std::byte>*, int, int>;
 
-    const Entry& entry(const CGImage& image, int columns, int rows);
-    [[nodiscard]] Entry make(const CGImage& image, int columns, int rows);
+    const Entry& whole(const CGImage& image);
 
     PixelBudget& budget_;
     std::mutex mutex_;

@@ -47,7 +47,7 @@ void addTiled(CGCommands& list, const SVG& svg, const Rect& part, const Rect& in
 
 // The three parts that one axis is cut into, in the drawing and where they go.
 struct Cuts {
-    std::array<float, 4> from, to;
+    std::array<float, 4> from{}, to{};
 
     Cuts(float size, double before, double after, float origin, float room) {
         const auto first = static_cast<float>(std::clamp(before, 0.0, static_cast<double>(size)));

@@ -51,16 +51,16 @@ void Workshop::record(std::size_t points) {
     }
 }
 
-cairo_surface_t* Workshop::tile(const CGTransformingPattern& pattern, int columns, int rows, int depth) {
-    const TileKey key{&pattern, columns, rows};
+cairo_surface_t* Workshop::tile(const CGTransformingPattern& pattern, const Box& part, int columns, int rows,
+                                int depth) {
+    const TileKey key{&pattern, part.left, part.top, part.right, part.bottom, columns, rows};
     if (const auto found = tiles_.find(key); found != tiles_.end()) {
         return found->second.surface.get();
     }
     const Box box{0, 0, static_cast<double>(columns), static_cast<double>(rows)};
     Target target = makeTarget(box);
-    const Box bounds = Box::of(pattern.bounds);
-    const Affine toTile = Affine::scaling(box.width() / bounds.width(), box.height() / bounds.height()) *
-                          Affine::translation(-bounds.left, -bounds.top);
+    const Affine toTile = Affine::scaling(box.width() / part.width(), box.height() / part.height()) *
+                          Affine::translation(-part.left, -part.top);
     const cairo_matrix_t matrix = cairoMatrix(toTile);
     cairo_set_matrix(target.context.get(), &matrix);
     CGRenderer(target.context.get(), box, *this, depth).play(pattern.contents);

@@ -32,9 +32,10 @@ public:
     /// Throws LimitError.
     [[nodiscard]] Target makeTarget(const Box& box);
 
-    /// One tile of the pattern as `columns` by `rows` pixels with the origin at its corner. `depth` is how many
+    /// A part of the pattern's tile as `columns` by `rows` pixels with the origin at its corner. `depth` is how many
     /// patterns it lies in. It lives until another tile is asked for. Throws LimitError.
-    [[nodiscard]] cairo_surface_t* tile(const CGTransformingPattern& pattern, int columns, int rows, int depth);
+    [[nodiscard]] cairo_surface_t* tile(const CGTransformingPattern& pattern, const Box& part, int columns, int rows,
+                                        int depth);
 
     /// Counts a painting with so many points that a document holds until its end. Throws LimitError when it would hold
     /// too much.
@@ -45,7 +46,7 @@ public:
     [[nodiscard]] PictureSurfaces& pictures() { return pictures_; }
 
 private:
-    using TileKey = std::tuple<const CGTransformingPattern*, int, int>;
+    using TileKey = std::tuple<const CGTransformingPattern*, double, double, double, double, int, int>;
 
     Medium medium_;
     DrawingClock clock_;

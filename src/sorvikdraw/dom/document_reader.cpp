@@ -6,6 +6,7 @@
 #include "sorvikdraw/dom/definition_parser.h"
 #include "sorvikdraw/dom/gradient_parser.h"
 #include "sorvikdraw/dom/graphics_element_parser.h"
+#include "sorvikdraw/dom/limits.h"
 #include "sorvikdraw/dom/parsing_log.h"
 #include "sorvikdraw/dom/presentation_attributes_parser.h"
 #include "sorvikdraw/dom/value_parser.h"
@@ -231,6 +232,9 @@ std::optional<dom::StyleSheet> DocumentReader::parseSheet(const xml::Element& so
     try {
         return sheetParser_.parse(source.innerText.value_or(""));
     } catch (const XMLParserError& error) {
+        if (++faultySheets_ > limits::faultyStyleSheets) {
+            throw XMLParserError::other("the document holds too many faulty style sheets");
+        }
         logParsingError(error, filename_, &source);
         return std::nullopt;
     }

@@ -72,6 +72,7 @@ private:
     AttributesPool pool_{options_, budget_};
     StyleSheetParser sheetParser_;
     std::unordered_map<const xml::Element*, std::optional<dom::StyleSheet>> sheets_;
+    std::size_t faultySheets_ = 0;
     std::stack<Task> tasks_;
     dom::SVG document_;
     bool refersToIds_ = false;

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "dom_testing.h"
 #include "sorvikdraw/dom/limits.h"
 #include "sorvikdraw/dom/svg.h"
@@ -41,6 +43,16 @@ TEST(HostileDocument, OfDrawingsInsideEachOtherCostsWhatItHolds) {
             [&] { static_cast<void>(SVG::parseXML(repeated(opening, depth) + repeated(many, 50'000) + closing)); });
         EXPECT_THAT(error.what(), HasSubstr("too large")) << many;
     }
+}
+
+TEST(HostileDocument, OfFaultyStyleSheetsIsRefusedBeforeItFloodsTheLog) {
+    const std::string faulty = "<style>a</style>";
+    ::testing::internal::CaptureStderr();
+    const auto error =
+        errorOf([&] { static_cast<void>(SVG::parseXML(document(repeated(faulty, limits::faultyStyleSheets + 1)))); });
+    const std::string lines = ::testing::internal::GetCapturedStderr();
+    EXPECT_THAT(error.what(), HasSubstr("faulty style sheets"));
+    EXPECT_EQ(static_cast<std::size_t>(std::ranges::count(lines, '\n')), limits::faultyStyleSheets);
 }
 
 // A drawing among definitions is read by the "svg" that defines it and again by the one between.

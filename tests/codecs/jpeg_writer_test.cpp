@@ -114,11 +114,11 @@ TEST(JpegWriter, HigherQualityIsLargerAndNearer) {
 
 TEST(JpegWriter, SidesThatNoJpegHasAreRefused) {
     const Bytes pixels(65'501 * 4);
-    EXPECT_THROW(encodeJpeg({pixels.data(), 4, 0, 1}, 80), JpegError);
-    EXPECT_THROW(encodeJpeg({pixels.data(), 4, 1, 0}, 80), JpegError);
-    EXPECT_THROW(encodeJpeg({pixels.data(), 4, 1, 65'501}, 80), JpegError);
-    EXPECT_THROW(encodeJpeg({pixels.data(), 65'501 * 4, 65'501, 1}, 80), JpegError);
-    EXPECT_THROW(encodeJpeg({pixels.data(), std::size_t{1} << 33, 2, 2}, 80), JpegError);
+    EXPECT_THROW(static_cast<void>(encodeJpeg({pixels.data(), 4, 0, 1}, 80)), JpegError);
+    EXPECT_THROW(static_cast<void>(encodeJpeg({pixels.data(), 4, 1, 0}, 80)), JpegError);
+    EXPECT_THROW(static_cast<void>(encodeJpeg({pixels.data(), 4, 1, 65'501}, 80)), JpegError);
+    EXPECT_THROW(static_cast<void>(encodeJpeg({pixels.data(), 65'501 * 4, 65'501, 1}, 80)), JpegError);
+    EXPECT_THROW(static_cast<void>(encodeJpeg({pixels.data(), std::size_t{1} << 33, 2, 2}, 80)), JpegError);
     EXPECT_EQ(decodeJpeg(encodeJpeg({pixels.data(), 65'500 * 4, 65'500, 1}, 80)).width, 65'500);
 }
 

@@ -213,7 +213,7 @@ struct Layer {
     std::optional<dom::FillRule> clipRule;
     std::vector<Transform> transform;
     Shared<std::vector<ClipShape>> clip;  ///< shared by all that refer to one clip path
-    Layer* mask = nullptr;  ///< belongs to the Tree
+    Layer* mask = nullptr;                ///< belongs to the Tree
     Shared<std::vector<dom::Filter::Effect>> filters;
 };
 

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 #include "sorvikdraw/dom/limits.h"
 #include "sorvikdraw/engine/cg_renderer.h"
@@ -55,6 +56,16 @@ double fillCost(const CGPath& path, const Affine& toDevice, const Box& visible) 
 int reduction(int pixels, double length) {
     return static_cast<int>(
         std::clamp(std::floor(pixels / std::max(length, 1.0) / 2), 1.0, static_cast<double>(pixels)));
+}
+
+// How many points the pen leaves at a point of the path: round joins are arcs, cut as finely as the context is exact.
+std::size_t cornersOfJoin(const LineStyle& line, const Affine& toDevice) {
+    constexpr double tolerance = 0.1;
+    if (line.join != dom::LineJoin::round && line.cap != dom::LineCap::round) {
+        return 1;
+    }
+    const double radius = std::max(line.width * toDevice.stretch().most / 2, tolerance);
+    return static_cast<std::size_t>(std::numbers::pi * std::sqrt(std::min(radius, 1e6) / (2 * tolerance))) + 1;
 }
 
 }  // namespace
@@ -165,7 +176,7 @@ void CGRenderer::paint(const StrokedOutline& outline, const Source& source) {
         clearClip();
         return;
     }
-    workshop_.record(outline.path->points().size());
+    workshop_.record(outline.path->points().size() * cornersOfJoin(outline.line, outline.user));
     const double cost = strokeCost(*outline.path, outline.user, outline.line, visible);
     if (cost > longestPiece && workshop_.medium() == Medium::raster) {
         paintInPieces(outline, source, visible.rounded());

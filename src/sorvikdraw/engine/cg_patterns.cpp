@@ -69,6 +69,8 @@ TileAxis axisOf(const Span& tile, const Span& visible, double onCanvas, Medium m
 Span across(const Box& box) { return {box.left, box.right}; }
 Span down(const Box& box) { return {box.top, box.bottom}; }
 
+constexpr std::size_t pointsOfCommand = 3;  // about, of a command that draws
+
 }  // namespace
 
 void CGRenderer::paintPattern(const FilledOutline& outline, const CGTransformingPattern& pattern) {
@@ -134,6 +136,8 @@ void CGRenderer::paintRepeated(const FilledOutline& outline, const CGTransformin
         height * y.part.length() > y.pixels * coarsest * tile.height()) {
         return;
     }
+    // A document holds the tile anew for each thing that is filled with it.
+    workshop_.record(pattern.contents.size() * pointsOfCommand);
     const Box part{x.part.from, y.part.from, x.part.to, y.part.to};
     const PatternHandle source(
         cairo_pattern_create_for_surface(workshop_.tile(pattern, part, x.pixels, y.pixels, depth_ + 1)));

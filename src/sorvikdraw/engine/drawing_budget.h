@@ -9,7 +9,8 @@ namespace sorvik::draw {
 /// Holds the drawing of one thread to limits::drawingSeconds of processor time, counted from its making.
 class DrawingClock {
 public:
-    DrawingClock();
+    /// `seconds` of the thread's processor time from now on.
+    explicit DrawingClock(double seconds);
 
     /// Announces work by a guess of its nanoseconds, so that the time is looked at now and then only. Throws
     /// LimitError when it is up.
@@ -25,7 +26,7 @@ public:
 private:
     static constexpr double lookEvery = 5e6;
 
-    double start_;
+    double end_;
     double spent_ = 0;
 };
 

@@ -12,7 +12,7 @@ constexpr double mostTilePixels = 16e6;
 // What the library that writes documents keeps of each painting.
 constexpr std::size_t bytesOfPainting = 900;
 constexpr std::size_t bytesOfPoint = 16;
-constexpr std::size_t mostRecorded = 350U << 20U;
+constexpr std::size_t mostRecorded = 320U << 20U;
 
 SurfaceHandle makeSurface(Medium medium, const Box& box) {
     if (medium == Medium::vector) {

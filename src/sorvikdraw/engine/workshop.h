@@ -5,6 +5,7 @@
 #include <map>
 #include <tuple>
 
+#include "sorvikdraw/dom/limits.h"
 #include "sorvikdraw/engine/cairo_objects.h"
 #include "sorvikdraw/engine/cg_types.h"
 #include "sorvikdraw/engine/drawing_budget.h"
@@ -18,9 +19,13 @@ enum class Medium : std::uint8_t { raster, vector };
 /// What the renderers of one thread have in common, those of a pattern's tiles too.
 class Workshop {
 public:
-    /// `budget` and `pictures` must outlive the workshop.
+    /// A document is written once more when all is recorded, so it has half of the time. `budget` and `pictures` must
+    /// outlive the workshop.
     Workshop(Medium medium, PixelBudget& budget, PictureStore& pictures)
-        : medium_(medium), budget_(budget), pictures_(pictures) {}
+        : medium_(medium),
+          clock_(medium == Medium::vector ? limits::drawingSeconds / 2 : limits::drawingSeconds),
+          budget_(budget),
+          pictures_(pictures) {}
 
     /// A surface for a layer or tile, and the context that draws on it.
     struct Target {

@@ -30,6 +30,8 @@ template <typename... Cases>
 struct Overloaded : Cases... {
     using Cases::operator()...;
 };
+template <typename... Cases>
+Overloaded(Cases...) -> Overloaded<Cases...>;
 
 /// Names a test of a table by its row.
 inline constexpr auto nameOf = [](const auto& row) { return std::string(row.param.name); };
